@@ -1,0 +1,4 @@
+// No picture settings.
+#include "platform/CAppScreen.h"
+
+CAppScreen* g_pAppScreen = nullptr;

@@ -119,7 +119,7 @@ bool JSNPObject::t_GetProperty(const std::string& name, NPObject& object, int& v
     NPVariant read = VoidVariant();
     if (!t_ReadProperty(name, object, read)) return false;
     const bool converted = t_NPVariantToInt(read, value);
-    m_pNPNFuncs->releasevariantvalue(&read);
+    ReleaseVariant(*m_pNPNFuncs, read);
     return converted;
 }
 
@@ -127,7 +127,7 @@ bool JSNPObject::t_GetProperty(const std::string& name, NPObject& object, unsign
     NPVariant read = VoidVariant();
     if (!t_ReadProperty(name, object, read)) return false;
     const bool converted = t_NPVariantToInt(read, value);
-    m_pNPNFuncs->releasevariantvalue(&read);
+    ReleaseVariant(*m_pNPNFuncs, read);
     return converted;
 }
 
@@ -135,7 +135,7 @@ bool JSNPObject::t_GetProperty(const std::string& name, NPObject& object, std::s
     NPVariant read = VoidVariant();
     if (!t_ReadProperty(name, object, read)) return false;
     const bool converted = t_NPVariantToString(read, value, true);
-    m_pNPNFuncs->releasevariantvalue(&read);
+    ReleaseVariant(*m_pNPNFuncs, read);
     return converted;
 }
 

@@ -99,7 +99,7 @@ void JSNPObject::t_CallEventListeners(const std::string& type, NPObject* eventOb
         if (m_npp == npp) {
             NPVariant result = VoidVariant();
             if (m_pNPNFuncs->invokeDefault(npp, listener, &argument, 1, &result))
-                m_pNPNFuncs->releasevariantvalue(&result);
+                ReleaseVariant(*m_pNPNFuncs, result);
         } else {
             LOG_WARNING("JSNPObject deleted?");
         }
@@ -124,7 +124,7 @@ void JSNPObject::t_CallEventHandler(NPObject* handler, std::vector<NPVariant*>& 
     const bool called = m_pNPNFuncs->invokeDefault(npp, handler, copies.data(),
                                                    static_cast<std::uint32_t>(copies.size()), &result);
     if (m_npp != npp) LOG_WARNING("JSNPObject deleted? %p %p", static_cast<void*>(npp), static_cast<void*>(m_npp));
-    if (called) m_pNPNFuncs->releasevariantvalue(&result);
+    if (called) ReleaseVariant(*m_pNPNFuncs, result);
     m_pNPNFuncs->releaseobject(handler);
 }
 
@@ -142,7 +142,7 @@ NPVariant JSNPObject::t_CopyArgument(const NPVariant& argument) {
 
 void JSNPObject::t_ReleaseArgumentCopies() {
     for (NPVariant& copy : std::exchange(m_argumentCopies, {})) {
-        if (IsString(copy) || IsObject(copy)) m_pNPNFuncs->releasevariantvalue(&copy);
+        if (IsString(copy) || IsObject(copy)) ReleaseVariant(*m_pNPNFuncs, copy);
     }
 }
 

@@ -29,7 +29,7 @@ JSNPObject::~JSNPObject() {
 
     const auto customProperties = std::exchange(m_customProperties, {});
     for (const auto& [name, value] : customProperties) {
-        m_pNPNFuncs->releasevariantvalue(value);
+        ReleaseVariant(*m_pNPNFuncs, *value);
         delete value;
     }
     for (const auto& [name, functor] : std::exchange(m_properties, {})) delete functor;

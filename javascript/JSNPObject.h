@@ -140,7 +140,7 @@ private:
     bool t_ListenerArguments(const char* method, const NPVariant* args, std::uint32_t argCount, std::string& type);
     NPVariant t_CopyArgument(const NPVariant& argument);
     bool t_ReadProperty(const std::string& name, NPObject& object, NPVariant& value);
-    bool t_GetDocumentUrl(std::string& url, unsigned long level);
+    bool t_GetDocumentUrl(NPObject* window, std::string& url, unsigned long level);
     void t_ReleaseArgumentCopies();
 
     std::map<NPIdentifier, std::string> m_methodNames;

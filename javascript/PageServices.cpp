@@ -7,6 +7,15 @@
 
 namespace OipfJavaScript {
 
+namespace {
+
+std::string KeyOf(const std::string& objectId) {
+    IJSObjCreation* keys = IJSObjCreation::Instance();
+    return keys ? keys->GetKey(objectId) : std::string();
+}
+
+}  // namespace
+
 NPObject* JSNPObject::t_GetWindow() {
     NPObject* window = nullptr;
     return m_pNPNFuncs->getvalue(m_npp, NPNVWindowNPObject, &window) == NPERR_NO_ERROR ? window : nullptr;
@@ -19,9 +28,7 @@ bool JSNPObject::t_Evaluate(NPObject* window, const std::string& script, NPVaria
     return false;
 }
 
-bool JSNPObject::t_GetDocumentUrl(std::string& url, unsigned long level) {
-    NPObject* window = t_GetWindow();
-    if (!window) return false;
+bool JSNPObject::t_GetDocumentUrl(NPObject* window, std::string& url, unsigned long level) {
     NPVariant result = VoidVariant();
     const bool evaluated = t_Evaluate(window, "document.location.href", result);
     const bool isString = IsString(result);
@@ -30,8 +37,7 @@ bool JSNPObject::t_GetDocumentUrl(std::string& url, unsigned long level) {
     if (isString && result.value.stringValue.UTF8Characters)
         url.assign(result.value.stringValue.UTF8Characters, result.value.stringValue.UTF8Length);
     if (!isString) LOG_WARNING("failed to get document location.");
-    if (evaluated) m_pNPNFuncs->releasevariantvalue(&result);
-    m_pNPNFuncs->releaseobject(window);
+    if (evaluated) ReleaseVariant(*m_pNPNFuncs, result);
     return isString;
 }
 
@@ -41,8 +47,12 @@ bool JSNPObject::t_GetDocumentLocation(std::string& location) {
         return false;
     }
     LOG_TRACE("t_GetDocumentLocation");
+    NPObject* window = t_GetWindow();
+    if (!window) return false;
     std::string url;
-    if (!t_GetDocumentUrl(url, 3)) return false;
+    const bool known = t_GetDocumentUrl(window, url, 3);
+    m_pNPNFuncs->releaseobject(window);
+    if (!known) return false;
     location = url.substr(0, url.rfind('/'));
     LOG_TRACE("success to get document url:%s (location:%s)", url.c_str(), location.c_str());
     return true;
@@ -69,11 +79,15 @@ bool JSNPObject::t_IsCurrentPageTrusted() {
         t_LogInvalidated("t_IsCurrentPageTrusted");
         return false;
     }
+    NPObject* window = t_GetWindow();
+    if (!window) return false;
     std::string origin;
-    if (!t_GetDocumentUrl(origin, 4)) return false;
+    const bool known = t_GetDocumentUrl(window, origin, 4);
     if (const auto slashes = origin.find("//"); slashes != std::string::npos)
         origin = origin.substr(0, origin.find('/', slashes + 2));
-    return m_pBrowserAPI && m_pBrowserAPI->IsURLInAppBoundary(origin);
+    const bool trusted = known && m_pBrowserAPI && m_pBrowserAPI->IsURLInAppBoundary(origin);
+    m_pNPNFuncs->releaseobject(window);
+    return trusted;
 }
 
 bool JSNPObject::t_CreateJSObject(const std::string& className, const std::string& params, bool withKey,
@@ -85,7 +99,7 @@ bool JSNPObject::t_CreateJSObject(const std::string& className, const std::strin
     NPObject* window = t_GetWindow();
     if (!window) return false;
     std::string script = "new " + className + "(";
-    if (withKey) script += "\"" + IJSObjCreation::Instance()->GetKey(m_defaultPrefix) + "\"";
+    if (withKey) script += "\"" + KeyOf(m_defaultPrefix) + "\"";
     if (!params.empty()) script += ", " + params;
     script += ");";
 
@@ -98,7 +112,7 @@ bool JSNPObject::t_CreateJSObject(const std::string& className, const std::strin
         *object = result.value.objectValue;
     } else {
         LOG_WARNING("Failed to get object.");
-        if (evaluated) m_pNPNFuncs->releasevariantvalue(&result);
+        if (evaluated) ReleaseVariant(*m_pNPNFuncs, result);
     }
     m_pNPNFuncs->releaseobject(window);
     return isObject;

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "npapi/npruntime.h"
+#include "npapi/npfunctions.h"
 
 namespace OipfJavaScript {
 
@@ -52,6 +52,11 @@ inline NPVariant StringVariant(const NPUTF8* characters, std::uint32_t length) {
 // A variant of type Object with a null pointer is no object: it is never retained, released or looked into.
 inline bool IsObject(const NPVariant& variant) {
     return variant.type == NPVariantType_Object && variant.value.objectValue;
+}
+
+// Gives a value back to the browser.
+inline void ReleaseVariant(const NPNetscapeFuncs& funcs, NPVariant& variant) {
+    if (variant.type != NPVariantType_Object || variant.value.objectValue) funcs.releasevariantvalue(&variant);
 }
 
 inline bool IsString(const NPVariant& variant) { return variant.type == NPVariantType_String; }

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "javascript/Variants.h"
 #include "npapi/npfunctions.h"
 
 namespace OipfVideoBroadcast {
@@ -15,7 +16,7 @@ public:
     ~CEventArguments() {
         for (NPVariant* holder : m_list) {
             if (!holder) continue;
-            if (holder->type != NPVariantType_Void) m_funcs->releasevariantvalue(holder);
+            if (holder->type != NPVariantType_Void) OipfJavaScript::ReleaseVariant(*m_funcs, *holder);
             delete holder;
         }
     }

@@ -186,9 +186,9 @@ bool COipfVideoBroadcast::m_NextOrPrevChannel(bool next) {
             m_SetPlayState(E_STATE_CONNECTING, E_ERR_NONE);
             return true;
         }
+        LOG_WARNING("IBroadcastPlayer::Next/PrevChannel() FAILED");
         error = E_ERR_NO_CHANNEL_LIST;
     }
-    LOG_WARNING("IBroadcastPlayer::Next/PrevChannel() FAILED");
     t_ChannelFailed(NullVariant(), error);
     return true;
 }
@@ -228,7 +228,7 @@ void COipfVideoBroadcast::t_BindWithoutPlayer() {
     else
         t_ReleaseChannel(id);
     m_SendChChange(channel, E_ERR_INSUFFICIENT_RESOURCES);
-    m_pNPNFuncs->releasevariantvalue(&channel);
+    ReleaseVariant(*m_pNPNFuncs, channel);
     m_SetPlayState(E_STATE_UNREALIZED, E_ERR_INSUFFICIENT_RESOURCES);
 }
 

@@ -134,8 +134,9 @@ bool COipfVideoBroadcast::m_GetCurrCh(NPVariant* result) {
     *result = NullVariant();
     if (t_RefuseUnlessBroadcastRelated("m_GetCurrCh - app is not broadcast related")) return true;
     unsigned int id = 0;
-    if (!m_bcPlayer || !m_bcPlayer->GetChannel(id)) {
-        LOG_TRACE("IBroadcastPlayer::GetChannel() failed");
+    if (!m_bcPlayer) return true;
+    if (!m_bcPlayer->GetChannel(id)) {
+        LOG_WARNING("IBroadcastPlayer::GetChannel() failed");
         return true;
     }
     NPObject* channel = nullptr;

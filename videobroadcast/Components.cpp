@@ -80,10 +80,10 @@ void COipfVideoBroadcast::t_PushComponents(NPObject* array, const std::vector<st
     if (m_npp && m_pNPNFuncs->invoke(m_npp, array, push, components.data(),
                                      static_cast<std::uint32_t>(components.size()), &pushed)) {
         LOG_TRACE("%d AVComponents added to the array", static_cast<int>(components.size()));
-        m_pNPNFuncs->releasevariantvalue(&pushed);
+        ReleaseVariant(*m_pNPNFuncs, pushed);
     }
     for (NPVariant& component : components) {
-        if (IsObject(component)) m_pNPNFuncs->releasevariantvalue(&component);
+        if (IsObject(component)) ReleaseVariant(*m_pNPNFuncs, component);
     }
 }
 

@@ -1,6 +1,7 @@
 // From the platform's threads to the browser's main thread.
 #include <algorithm>
 #include <memory>
+#include <new>
 
 #include "debug/Log.h"
 #include "platform/CDAEBrowserAPI.h"
@@ -112,11 +113,14 @@ void COipfVideoBroadcast::t_Request(const AsyncRequest& request) {
     ask(latest);
 }
 
+// A notification that there is no memory for is dropped: nothing is thrown at the platform.
 void COipfVideoBroadcast::OnEvent(event_t event) {
     std::optional<AsyncRequest> request;
-    {
+    try {
         CLock lock(s_mutex);
         request = t_Queue(event);
+    } catch (const std::bad_alloc&) {
+        LOG_ERROR("Out of memory!");
     }
     if (request)
         t_Request(*request);
@@ -133,37 +137,47 @@ void COipfVideoBroadcast::DsmEventCallback(CDSMCCStreamEventData* event) {
     if (!event) return;
     const std::unique_ptr<CDSMCCStreamEventData> owned(event);
     std::vector<AsyncRequest> requests;
-    {
+    try {
         CLock lock(s_mutex);
+        requests.reserve(s_vboInstances.size());
         for (COipfVideoBroadcast* object : s_vboInstances) {
             LOG_TRACE("[CplVideoBroadcast::DsmEventCallback] sending copy of stream related event to browser");
-            const auto copy = new CDSMCCStreamEventData(*event);
-            const event_t record{E_ON_STREAM_EVENT, reinterpret_cast<std::uintptr_t>(copy)};
-            if (const auto request = object->t_Queue(record))
-                requests.push_back(*request);
-            else
-                t_FreePayload(record);
+            auto copy = std::make_unique<CDSMCCStreamEventData>(*event);
+            const auto request = object->t_Queue({E_ON_STREAM_EVENT, reinterpret_cast<std::uintptr_t>(copy.get())});
+            if (!request) continue;
+            copy.release();  // the queued record's now
+            requests.push_back(*request);
         }
+    } catch (const std::bad_alloc&) {
+        LOG_ERROR("Out of memory!");
     }
     std::ranges::for_each(requests, t_Request);
 }
 
 void COipfVideoBroadcast::s_HandleAsyncCall(void* id) {
     LOG_TRACE("COipfVideoBroadcast::m_HandleAsyncCall()");
-    s_mutex.Lock();
     const auto key = static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(id));
+    auto [object, event] = t_Take(key);
+    if (!object) return;
+    OipfJavaScript::CSelfHold hold(*object);
+    try {
+        object->m_ProcessEvent(event);
+    } catch (const std::bad_alloc&) {
+        LOG_ERROR("Out of memory!");
+    }
+}
+
+// The record with this number and its object, out of the map; a null object when there is none.
+std::pair<COipfVideoBroadcast*, COipfVideoBroadcast::event_t> COipfVideoBroadcast::t_Take(unsigned int key) {
+    CLock lock(s_mutex);
     const auto entry = s_asyncEvent.find(key);
     if (entry == s_asyncEvent.end()) {
         LOG_WARNING("Event id %d not in s_asyncEvent map", static_cast<int>(key));
-        s_mutex.Unlock();
-        return;
+        return {nullptr, {}};
     }
-    auto [object, event] = entry->second;
+    const auto taken = entry->second;
     s_asyncEvent.erase(entry);
-    s_mutex.Unlock();
-
-    OipfJavaScript::CSelfHold hold(*object);
-    object->m_ProcessEvent(event);
+    return taken;
 }
 
 struct COipfVideoBroadcast::NotificationRow {

@@ -115,7 +115,7 @@ void COipfVideoBroadcast::m_SendChChange(unsigned int channelId, EChannelChangeE
         t_ReleaseChannel(channelId);
     }
     m_SendChChange(channel, error);
-    m_pNPNFuncs->releasevariantvalue(&channel);
+    ReleaseVariant(*m_pNPNFuncs, channel);
 }
 
 // The page's Channel object of a channel that the platform named by id; it keeps the hold of the id.
@@ -152,7 +152,7 @@ void COipfVideoBroadcast::m_OnEvent(unsigned int eventId, std::vector<NPVariant*
         }
     }
     for (NPVariant* argument : args) {
-        m_pNPNFuncs->releasevariantvalue(argument);
+        ReleaseVariant(*m_pNPNFuncs, *argument);
         *argument = VoidVariant();  // the Event that owns it releases it once more
     }
     if (taken) args.clear();

@@ -95,7 +95,7 @@ void COipfVideoBroadcast::m_HandleStreamEventCallback(NPObject* listener, const 
             const NPVariant argument = ObjectVariant(scriptEvent);
             NPVariant result = VoidVariant();
             if (m_pNPNFuncs->invokeDefault(m_npp, listener, &argument, 1, &result))
-                m_pNPNFuncs->releasevariantvalue(&result);
+                ReleaseVariant(*m_pNPNFuncs, result);
         } else {
             LOG_WARNING("%s m_npp is NULL!", "m_HandleStreamEventCallback");
         }
@@ -113,7 +113,7 @@ CJSEvent* COipfVideoBroadcast::t_CreateStreamEvent(const std::array<std::string,
     CJSEvent* event = t_CreateEventObject(m_eventNames[E_PROP_STREAM_EVENT], this);
     if (!event) {
         LOG_WARNING("Failed to create DOM stream event object");
-        for (NPVariant& copy : copies) m_pNPNFuncs->releasevariantvalue(&copy);
+        for (NPVariant& copy : copies) ReleaseVariant(*m_pNPNFuncs, copy);
         return nullptr;
     }
     for (std::size_t i = 0; i < copies.size(); ++i) event->AddCustomProperty(kNames[i], new NPVariant(copies[i]));

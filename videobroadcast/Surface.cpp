@@ -75,6 +75,7 @@ COipfVideoBroadcast::COipfVideoBroadcast(NPP npp, NPNetscapeFuncs* browserFuncs)
         t_RegisterStreamEvents();
     } catch (...) {
         t_Forget();
+        if (!m_dsmcc) t_RegisterStreamEvents();  // the registry of listeners gives one registration back at its end
         throw;
     }
 }
@@ -164,7 +165,7 @@ void COipfVideoBroadcast::t_MarkPage() {
     std::memcpy(&word, &result.value, sizeof word);
     LOG_TRACE("Evaluate %s", evaluated ? "succeeded" : "failed");
     LOG_TRACE("Object? %s", word != 0 ? "YES" : "NO");
-    if (evaluated) m_pNPNFuncs->releasevariantvalue(&result);
+    if (evaluated) ReleaseVariant(*m_pNPNFuncs, result);
     LOG_TRACE("Release window object");
     m_pNPNFuncs->releaseobject(window);
 }

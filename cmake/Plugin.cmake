@@ -6,9 +6,6 @@ target_link_libraries(plugin_code
     PUBLIC npapi platform PkgConfig::cairo PkgConfig::x11 Threads::Threads
     PRIVATE warnings)
 
-file(TOUCH ${CMAKE_BINARY_DIR}/no_code_yet.cpp)
-target_sources(plugin_code PRIVATE ${CMAKE_BINARY_DIR}/no_code_yet.cpp)
-
 # Called in each of the plug-in's folders: its sources are plug-in code.
 function(tv_plugin_folder)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
@@ -17,7 +14,7 @@ endfunction()
 
 # The platform library under the one name that every plug-in looks for.
 function(tv_platform_library target)
-    add_library(${target} SHARED ${CMAKE_BINARY_DIR}/no_code_yet.cpp ${ARGN})
+    add_library(${target} SHARED ${ARGN})
     set_target_properties(${target} PROPERTIES OUTPUT_NAME tvplatform SOVERSION 1 VERSION 1
         CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     target_compile_options(${target} PRIVATE -fno-gnu-unique)

@@ -20,7 +20,8 @@ public:
     // it (CDAEBrowserAPI::ReleaseBroadcastPlayer).
     virtual void SetListener(IBroadcastPlayerListener* listener) = 0;
 
-    // Presents whatever channel the television is tuned to. Reports nothing when that channel is presented already.
+    // Presents whatever channel the television is tuned to. The caller counts it as presented at once: only a failure is
+    // reported.
     virtual void BindToCurrentChannel() = 0;
     // Stops presentation; the channel stays selected.
     virtual void Stop() = 0;

@@ -38,6 +38,4 @@ void CCDebug::t_ShowDebugSubMenu() {}
 void CCDebug::t_SelectDebugSubMenu(int) {}
 void CCDebug::t_SetDebugLevel(unsigned int) {}
 void CCDebug::t_SetDebugModule(unsigned long, bool) {}
-bool CCDebug::t_IsCommonModule() {
-    return false;
-}
+bool CCDebug::t_IsCommonModule() { return false; }

@@ -25,9 +25,7 @@ void PrintLine(const char* format, va_list arguments, const char* end) {
 
 }  // namespace
 
-void nullplatform::SetDebugLevel(int level) {
-    s_level = level;
-}
+void nullplatform::SetDebugLevel(int level) { s_level = level; }
 
 IDebugIO* CCDebug::DebugIO = nullptr;
 

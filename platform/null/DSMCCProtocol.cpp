@@ -1,6 +1,4 @@
 // No DSM-CC service: no stream events.
 #include "platform/DSMCCProtocol.h"
 
-IDSMCCProtocol* DSMCCProtocol_GetInstance() {
-    return nullptr;
-}
+IDSMCCProtocol* DSMCCProtocol_GetInstance() { return nullptr; }

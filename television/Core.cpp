@@ -1,0 +1,83 @@
+#include "television/Core.h"
+
+#include <gst/gst.h>
+
+#include <utility>
+
+#include "television/Log.h"
+#include "television/demonstration/DemonstrationSource.h"
+
+namespace television {
+namespace {
+
+std::unique_ptr<PacketSource> SourceOf(const Configuration& configuration, std::string& error) {
+    if (configuration.stream.empty())
+        return std::make_unique<demonstration::DemonstrationSource>(configuration.demonstration);
+    return MakeSource(configuration.stream, error);
+}
+
+}  // namespace
+
+Core& Core::Instance() {
+    static auto& core = *new Core;
+    return core;
+}
+
+std::shared_ptr<TelevisionSet> Core::Set() const {
+    std::lock_guard lock(m_mutex);
+    return m_set;
+}
+
+std::optional<std::string> Core::SwitchOn(const Configuration& configuration, const Observer& observer,
+                                          const TelevisionSet::Progress& progress) {
+    SwitchOff();
+    gst_init(nullptr, nullptr);
+    SetLogSink(observer.log);
+    std::string error;
+    auto source = SourceOf(configuration, error);
+    if (!source)
+        return error;
+    if (progress)
+        progress("Opening " + (configuration.stream.empty() ? "the demonstration" : configuration.stream));
+    if (auto fault = source->Open())
+        return fault;
+    LoadElements();
+    auto set = std::make_shared<TelevisionSet>(m_gate, observer, configuration.sound ? FindAudioSink() : "fakesink");
+    if (auto fault = set->Start(std::move(source), progress)) {
+        set->Shutdown();
+        return fault;
+    }
+    std::lock_guard lock(m_mutex);
+    m_set = std::move(set);
+    return std::nullopt;
+}
+
+void Core::SwitchOff() {
+    GiveBackPlayer();
+    m_gate.Set(nullptr);
+    std::unique_lock lock(m_mutex);
+    const auto set = std::exchange(m_set, nullptr);
+    lock.unlock();
+    if (set)
+        set->Shutdown();
+    SetLogSink({});
+}
+
+bool Core::TakePlayer() {
+    std::lock_guard lock(m_mutex);
+    return m_set && !std::exchange(m_playerHeld, true);
+}
+
+bool Core::GiveBackPlayer() {
+    std::unique_lock lock(m_mutex);
+    if (!std::exchange(m_playerHeld, false))
+        return false;
+    const auto set = m_set;
+    lock.unlock();
+    m_gate.Set(nullptr);
+    if (set)
+        set->ThePresentation().Unbind();
+    return true;
+}
+
+}  // namespace television

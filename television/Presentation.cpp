@@ -1,0 +1,206 @@
+// What the page, the viewer and the television ask for, on any thread. PresentationSession.cpp carries it out.
+#include "television/Presentation.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace television {
+
+Presentation::Presentation(Surroundings surroundings, std::string audioSink)
+    : m_around(std::move(surroundings)), m_audioSink(std::move(audioSink)) {}
+
+Presentation::~Presentation() = default;
+
+bool Presentation::SelectByPage(unsigned int id) { return Select(id, Report::Channel, false); }
+bool Presentation::SelectByViewer(unsigned int id) { return Select(id, Report::Channel, true); }
+bool Presentation::SelectSilently(unsigned int id) { return Select(id, Report::Nothing, false); }
+
+bool Presentation::StepByPage(int steps) {
+    return Step(steps, [this](unsigned int id) { return SelectByPage(id); });
+}
+
+bool Presentation::StepByViewer(int steps) {
+    return Step(steps, [this](unsigned int id) { return SelectByViewer(id); });
+}
+
+bool Presentation::Step(int steps, const std::function<bool(unsigned int)>& select) {
+    unsigned int from = 0;
+    {
+        std::lock_guard lock(m_mutex);
+        from = m_state.selected ? m_state.selected : m_state.last;
+    }
+    const auto service = m_around.directory.Neighbour(from, steps);
+    return service && select(service->id);
+}
+
+// True when what is going on already leads to this channel. Under the lock.
+bool Presentation::Continues(unsigned int id) const {
+    const bool underWay = m_state.phase == Phase::Tuning || m_state.phase == Phase::Presented;
+    return m_state.selected == id && underWay && !m_state.suspended;
+}
+
+// Under the lock.
+void Presentation::BeginSession(Report report) {
+    ++m_state.session;
+    m_state.phase = Phase::Tuning;
+    m_state.report = report;
+    m_state.since = Clock::now();
+}
+
+bool Presentation::Select(unsigned int id, Report report, bool announce) {
+    if (!m_around.directory.Find(id))
+        return false;
+    auto closed = m_around.gate.Close();
+    std::unique_lock lock(m_mutex);
+    const std::uint64_t request = ++m_state.request;
+    const bool continues = Continues(id), presented = m_state.phase == Phase::Presented;
+    const bool changed = m_state.selected != id;
+    m_state.selected = id;
+    if (!continues)
+        BeginSession(report);
+    else if (!presented)
+        m_state.report = report;
+    const std::uint64_t session = m_state.session;
+    lock.unlock();
+    closed.unlock();
+
+    if (announce && !(continues && presented))
+        m_around.queue.Post([=, this] { Announce(request); });
+    if (!continues) {
+        m_around.screen.Begin(session);
+        PostSession(session);
+    } else if (presented && !announce) {
+        m_around.queue.Post([=, this] { ReportSuccess(report, request, id); });
+    }
+    if (changed)
+        m_around.channelChanged();
+    return true;
+}
+
+void Presentation::Bind() {
+    const auto closed = m_around.gate.Close();
+    std::lock_guard lock(m_mutex);
+    if (m_state.selected == 0 || m_state.phase == Phase::Presented)
+        return;
+    if (m_state.phase == Phase::Tuning) {
+        m_state.report = Report::OnlyFailure;
+        return;
+    }
+    ++m_state.request;
+    BeginSession(Report::OnlyFailure);
+    PostSession(m_state.session);
+}
+
+void Presentation::Stop() { Halt(false); }
+void Presentation::StopChannel() { Halt(true); }
+
+void Presentation::Halt(bool deselect) {
+    auto closed = m_around.gate.Close();
+    std::unique_lock lock(m_mutex);
+    ++m_state.request;
+    const std::uint64_t session = ++m_state.session;
+    m_state.phase = Phase::Idle;
+    m_state.report = Report::Nothing;
+    if (deselect && m_state.selected != 0)
+        m_state.last = std::exchange(m_state.selected, 0);
+    lock.unlock();
+    closed.unlock();
+
+    m_around.screen.Begin(session);
+    m_around.queue.Post([=, this] { CloseUnless(session); });
+    if (deselect)
+        m_around.channelChanged();
+}
+
+void Presentation::Unbind() {
+    bool reselected = false;
+    {
+        std::lock_guard lock(m_mutex);
+        ++m_state.request;
+        m_state.report = Report::Nothing;
+        reselected = m_state.selected == 0 && m_state.last != 0;
+        if (reselected)
+            m_state.selected = m_state.last;
+        if (m_state.selected != 0 && m_state.phase == Phase::Idle) {
+            BeginSession(Report::Nothing);
+            PostSession(m_state.session);
+        }
+    }
+    m_around.screen.SetFullScreen();
+    if (reselected)
+        m_around.channelChanged();
+}
+
+void Presentation::Suspend() {
+    std::unique_lock lock(m_mutex);
+    m_state.suspended = true;
+    const std::uint64_t session = ++m_state.session;
+    lock.unlock();
+    m_around.screen.Begin(session);
+    m_around.queue.Post([=, this] { CloseUnless(session); });
+}
+
+bool Presentation::Resume() {
+    const bool known = m_around.directory.Find(Selected()).has_value();
+    std::lock_guard lock(m_mutex);
+    if (!std::exchange(m_state.suspended, false) || m_state.phase == Phase::Idle)
+        return true;
+    if (!known)
+        return false;
+    const Report reports[] = {Report::Nothing, m_state.report, Report::OnlyFailure, Report::OnlySuccess};
+    BeginSession(reports[static_cast<std::size_t>(m_state.phase)]);
+    PostSession(m_state.session);
+    return true;
+}
+
+bool Presentation::IsSuspended() const {
+    std::lock_guard lock(m_mutex);
+    return m_state.suspended;
+}
+
+unsigned int Presentation::Selected() const {
+    std::lock_guard lock(m_mutex);
+    return m_state.selected;
+}
+
+bool Presentation::IsPresented() const {
+    std::lock_guard lock(m_mutex);
+    return m_state.phase == Phase::Presented && !m_state.suspended;
+}
+
+TuneTimes Presentation::LastTune() const {
+    std::lock_guard lock(m_mutex);
+    return m_state.times;
+}
+
+int Presentation::Volume() const {
+    std::lock_guard lock(m_mutex);
+    return m_state.volume;
+}
+
+void Presentation::SetVolume(int volume) {
+    {
+        std::lock_guard lock(m_mutex);
+        m_state.volume = std::clamp(volume, 0, 100);
+    }
+    m_around.queue.Post([this] {
+        if (m_decoder)
+            m_decoder->SetVolume(Volume());
+    });
+}
+
+bool Presentation::IsCurrent(std::uint64_t session) const {
+    std::lock_guard lock(m_mutex);
+    return m_state.session == session && !m_state.suspended;
+}
+
+Presentation::Clock::time_point Presentation::Since() const {
+    std::lock_guard lock(m_mutex);
+    return m_state.since;
+}
+
+void Presentation::PostSession(std::uint64_t session) {
+    m_around.queue.Post([=, this] { RunSession(session); });
+}
+
+}  // namespace television

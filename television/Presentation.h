@@ -1,0 +1,129 @@
+// Which channel is selected and what becomes of its presentation. Operations begin something and return; it is carried
+// out, and reported to the page's listener, on the television's thread.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "television/ListenerGate.h"
+#include "television/Screen.h"
+#include "television/ServiceDirectory.h"
+#include "television/TaskQueue.h"
+#include "television/playback/Decoder.h"
+#include "television/stream/StreamBuffer.h"
+
+namespace television {
+
+class Presentation {
+public:
+    struct Surroundings {
+        ServiceDirectory& directory;
+        StreamBuffer& buffer;
+        Screen& screen;
+        ListenerGate& gate;
+        TaskQueue& queue;
+        std::function<void()> channelChanged;  // Selected answers differently
+    };
+    Presentation(Surroundings surroundings, std::string audioSink);
+    ~Presentation();
+
+    // By the page. The outcome is reported once, unless another operation comes first.
+    bool SelectByPage(unsigned int id);
+    bool StepByPage(int steps);
+    // Presents the selected channel. Only a failure is reported.
+    void Bind();
+    void Stop();
+    void StopChannel();
+    // The page has no player any more: the channel is presented again, and nothing is reported.
+    void Unbind();
+
+    // By the viewer: the page's listener is told that the channel changes, and then the outcome.
+    bool SelectByViewer(unsigned int id);
+    bool StepByViewer(int steps);
+    // By the television itself.
+    bool SelectSilently(unsigned int id);
+
+    // Media playback mode. These do not wait for a listener call.
+    void Suspend();
+    bool Resume();
+    bool IsSuspended() const;
+
+    // 0 when no channel is selected.
+    unsigned int Selected() const;
+    bool IsPresented() const;
+    TuneTimes LastTune() const;
+    void SetVolume(int volume);
+    int Volume() const;
+
+    // What the receiver found. On the television's thread, as is Close, which ends all decoding.
+    void Close() { CloseDecoder(); }
+    void TablesChanged();
+    void StreamBroke();
+    void SignalLost();
+    void SignalReturned();
+
+private:
+    using Clock = std::chrono::steady_clock;
+    enum class Phase { Idle, Tuning, Presented, Failed };
+    // What the listener is told of the session's outcome.
+    enum class Report { Nothing, Channel, OnlyFailure, OnlySuccess };
+    enum class Fault { NoPicture, NotInStream };
+
+    // Each operation of the page or the viewer is a request: a report of an older one is not given any more. Each
+    // attempt to present is a session: what an older one still brings is dropped.
+    struct State {
+        unsigned int selected = 0, last = 0;
+        std::uint64_t request = 0, session = 0;
+        Phase phase = Phase::Idle;
+        Report report = Report::Nothing;
+        bool suspended = false;
+        Clock::time_point since;
+        TuneTimes times;
+        int volume = 100;
+    };
+
+    bool Select(unsigned int id, Report report, bool announce);
+    bool Step(int steps, const std::function<bool(unsigned int)>& select);
+    bool Continues(unsigned int id) const;
+    void BeginSession(Report report);
+    void Halt(bool deselect);
+    void PostSession(std::uint64_t session);
+    bool IsCurrent(std::uint64_t session) const;
+    Clock::time_point Since() const;
+
+    // On the television's thread.
+    void Announce(std::uint64_t request);
+    void RunSession(std::uint64_t session);
+    void Restart();
+    void OpenDecoder(std::uint64_t session);
+    DecoderEvents Events(std::uint64_t session, bool hasVideo);
+    void CloseDecoder();
+    void CloseUnless(std::uint64_t session);
+    void Succeed(std::uint64_t session, Clock::time_point when);
+    void Fail(std::uint64_t session, Fault fault);
+    void SoundFailed(std::uint64_t session);
+    void DecodingFailed(std::uint64_t session);
+    void ReportSuccess(Report report, std::uint64_t request, unsigned int id);
+    void ReportFailure(Report report, Fault fault, std::uint64_t request, unsigned int id);
+    void Tell(std::uint64_t request, const std::function<void(IBroadcastPlayerListener&)>& call);
+    void WatchProgrammes();
+    void TellRating(std::uint64_t request);
+
+    Surroundings m_around;
+    mutable std::mutex m_mutex;
+    State m_state;
+
+    // The television's thread only.
+    std::string m_audioSink;
+    std::unique_ptr<Decoder> m_decoder;
+    Route m_route;
+    unsigned int m_watchedId = 0;
+    std::vector<Event> m_watchedEvents;
+    std::optional<std::uint8_t> m_toldRating;
+};
+
+}  // namespace television

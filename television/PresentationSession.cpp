@@ -1,0 +1,280 @@
+// How a channel comes to be presented, and what is reported of it: the part on the television's thread.
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+#include "television/Log.h"
+#include "television/Presentation.h"
+#include "television/interfaces/ChannelCache.h"
+#include "television/tables/DescriptorTags.h"
+
+namespace television {
+namespace {
+
+// A channel without a picture, or without sound if it has no picture, for this long cannot be presented.
+constexpr auto kPatience = std::chrono::seconds(3);
+// A pipeline that broke is made anew after this.
+constexpr auto kAfterFault = std::chrono::seconds(1);
+
+std::optional<Component> FirstOf(const Route& route, ComponentType type) {
+    for (const Component& component : route.components)
+        if (component.type == type)
+            return component;
+    return std::nullopt;
+}
+
+ServiceSelection SelectionOf(const Route& route, const DecoderPlan& plan) {
+    const auto& access = plan.video ? plan.video : plan.audio;
+    ServiceSelection selection;
+    selection.tablePid = route.mapPid;
+    selection.accessPid = access ? access->pid : kNullPid;
+    selection.accessType = access ? access->streamType : std::uint8_t{0};
+    selection.accessAnywhere = !plan.video;
+    selection.pids = {route.clockPid};
+    for (const auto& component : {plan.video, plan.audio})
+        if (component)
+            selection.pids.insert(component->pid);
+    return selection;
+}
+
+double Milliseconds(std::chrono::steady_clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+}  // namespace
+
+void Presentation::Tell(std::uint64_t request, const std::function<void(IBroadcastPlayerListener&)>& call) {
+    const auto wanted = [=, this] {
+        std::lock_guard lock(m_mutex);
+        return m_state.request == request;
+    };
+    m_around.gate.Tell(wanted, call);
+}
+
+void Presentation::Announce(std::uint64_t request) {
+    Tell(request, [](IBroadcastPlayerListener& listener) { listener.ChannelChanged(); });
+}
+
+void Presentation::RunSession(std::uint64_t session) {
+    if (!IsCurrent(session))
+        return;
+    m_around.screen.Continue(session);
+    CloseDecoder();
+    m_route = m_around.directory.RouteTo(Selected());
+    if (m_route.state == Route::State::NotInStream) {
+        Fail(session, Fault::NotInStream);
+        return;
+    }
+    if (m_route.state == Route::State::Ready)
+        OpenDecoder(session);
+    m_around.queue.PostAt(Since() + kPatience, [=, this] { Fail(session, Fault::NoPicture); });
+}
+
+// Begins again after something in the stream changed. The page hears only if what it knows is not true any more.
+void Presentation::Restart() {
+    std::uint64_t session = 0;
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_state.phase == Phase::Idle || m_state.suspended)
+            return;
+        const Report reports[] = {Report::Nothing, m_state.report, Report::OnlyFailure, Report::OnlySuccess};
+        const auto since = m_state.phase == Phase::Tuning ? m_state.since : Clock::now();
+        BeginSession(reports[static_cast<std::size_t>(m_state.phase)]);
+        m_state.since = since;
+        session = m_state.session;
+    }
+    RunSession(session);
+}
+
+void Presentation::OpenDecoder(std::uint64_t session) {
+    DecoderPlan plan;
+    plan.sid = m_route.sid;
+    plan.video = FirstOf(m_route, ComponentType::Video);
+    plan.audio = FirstOf(m_route, ComponentType::Audio);
+    plan.audioSink = m_audioSink;
+    plan.volume = Volume();
+    m_decoder = std::make_unique<Decoder>(plan, Events(session, plan.video.has_value()));
+    m_around.buffer.Attach(SelectionOf(m_route, plan), [decoder = m_decoder.get()](std::vector<std::uint8_t>&& packets) {
+        decoder->Feed(std::move(packets));
+    });
+}
+
+DecoderEvents Presentation::Events(std::uint64_t session, bool hasVideo) {
+    const auto first = [=, this, seen = std::make_shared<std::atomic<bool>>(false)] {
+        if (!seen->exchange(true))
+            m_around.queue.Post([=, this, when = Clock::now()] { Succeed(session, when); });
+    };
+    DecoderEvents events;
+    events.picture = [=, this](std::shared_ptr<const Picture> picture) {
+        m_around.screen.Show(session, std::move(picture));
+        first();
+    };
+    events.firstSound = [=] {
+        if (!hasVideo)
+            first();
+    };
+    events.fault = [=, this](const std::string& text, bool soundDevice) {
+        Log((soundDevice ? "The sound device failed: " : "Decoding failed: ") + text + ".");
+        if (soundDevice)
+            m_around.queue.Post([=, this] { SoundFailed(session); });
+        else
+            m_around.queue.PostAt(Clock::now() + kAfterFault, [=, this] { DecodingFailed(session); });
+    };
+    return events;
+}
+
+void Presentation::CloseDecoder() {
+    m_around.buffer.Detach();
+    m_decoder.reset();
+}
+
+// Ends what was presented before `session`, unless a newer one has taken its place already.
+void Presentation::CloseUnless(std::uint64_t session) {
+    std::unique_lock lock(m_mutex);
+    const bool newer = m_state.session != session;
+    lock.unlock();
+    if (!newer)
+        CloseDecoder();
+}
+
+void Presentation::SoundFailed(std::uint64_t session) {
+    if (!IsCurrent(session) || m_audioSink == "fakesink")
+        return;
+    m_audioSink = "fakesink";
+    Restart();
+}
+
+void Presentation::DecodingFailed(std::uint64_t session) {
+    if (IsCurrent(session))
+        Restart();
+}
+
+void Presentation::Succeed(std::uint64_t session, Clock::time_point when) {
+    std::unique_lock lock(m_mutex);
+    if (m_state.session != session || m_state.suspended || m_state.phase == Phase::Presented)
+        return;
+    const bool late = m_state.phase == Phase::Failed;
+    const Report report = late ? Report::OnlySuccess : m_state.report;
+    m_state.phase = Phase::Presented;
+    m_state.report = Report::Nothing;
+    m_state.times = {m_state.times.count + 1, Milliseconds(when - m_state.since)};
+    const auto request = m_state.request;
+    const auto id = m_state.selected;
+    lock.unlock();
+
+    ReportSuccess(report, request, id);
+    m_toldRating.reset();
+    WatchProgrammes();
+    TellRating(request);
+}
+
+void Presentation::Fail(std::uint64_t session, Fault fault) {
+    std::unique_lock lock(m_mutex);
+    if (m_state.session != session || m_state.suspended || m_state.phase != Phase::Tuning)
+        return;
+    const Report report = std::exchange(m_state.report, Report::Nothing);
+    m_state.phase = Phase::Failed;
+    const auto request = m_state.request;
+    const auto id = m_state.selected;
+    lock.unlock();
+
+    m_around.screen.Begin(session);
+    Log("Channel " + std::to_string(id) +
+        (fault == Fault::NotInStream ? " is not in the stream." : " brought no picture or sound within 3 seconds."));
+    ReportFailure(report, fault, request, id);
+}
+
+void Presentation::ReportSuccess(Report report, std::uint64_t request, unsigned int id) {
+    if (report == Report::Channel)
+        Tell(request, [id](IBroadcastPlayerListener& listener) {
+            listener.TuneSuccess(ChannelCache::TheCache().Hold(id));
+        });
+    else if (report == Report::OnlySuccess)
+        Tell(request, [](IBroadcastPlayerListener& listener) { listener.TuneSuccess(0); });
+}
+
+void Presentation::ReportFailure(Report report, Fault fault, std::uint64_t request, unsigned int id) {
+    if (report != Report::Channel && report != Report::OnlyFailure)
+        return;
+    Tell(request, [=](IBroadcastPlayerListener& listener) {
+        if (fault == Fault::NotInStream)
+            listener.ServiceNotAvailable(ChannelCache::TheCache().Hold(id));
+        else if (report == Report::Channel)
+            listener.TuneFail(ChannelCache::TheCache().Hold(id));
+        else
+            listener.NoSignal();
+    });
+}
+
+void Presentation::TablesChanged() {
+    std::unique_lock lock(m_mutex);
+    const bool idle = m_state.phase == Phase::Idle || m_state.suspended;
+    lock.unlock();
+    if (!idle && !m_around.directory.RouteTo(Selected()).SameStreams(m_route))
+        Restart();
+    WatchProgrammes();
+}
+
+void Presentation::StreamBroke() { Restart(); }
+
+void Presentation::SignalLost() {
+    std::unique_lock lock(m_mutex);
+    if (m_state.phase != Phase::Presented || m_state.suspended)
+        return;
+    m_state.phase = Phase::Failed;
+    const std::uint64_t session = ++m_state.session;
+    const auto request = m_state.request;
+    lock.unlock();
+
+    Log("The signal was lost.");
+    CloseDecoder();
+    m_around.screen.Begin(session);
+    Tell(request, [](IBroadcastPlayerListener& listener) { listener.NoSignal(); });
+}
+
+void Presentation::SignalReturned() {
+    std::unique_lock lock(m_mutex);
+    const bool failed = m_state.phase == Phase::Failed;
+    lock.unlock();
+    if (failed)
+        Restart();
+}
+
+// Tells that the present or following event changed, if it is still the same channel's.
+void Presentation::WatchProgrammes() {
+    std::unique_lock lock(m_mutex);
+    const auto id = m_state.selected;
+    const auto request = m_state.request;
+    const bool presented = m_state.phase == Phase::Presented && !m_state.suspended;
+    lock.unlock();
+
+    auto events = m_around.directory.Events(id);
+    const bool changed = presented && m_watchedId == id && events != m_watchedEvents;
+    if (m_watchedId != id)
+        m_toldRating.reset();
+    m_watchedId = id;
+    m_watchedEvents = std::move(events);
+    if (!changed)
+        return;
+    Tell(request, [](IBroadcastPlayerListener& listener) { listener.ProgrammeChanged(); });
+    TellRating(request);
+}
+
+void Presentation::TellRating(std::uint64_t request) {
+    if (m_watchedEvents.empty())
+        return;
+    const Descriptor* descriptor = Find(m_watchedEvents.front().descriptors, kParentalRatingTag);
+    if (!descriptor || descriptor->data.size() < 4) {
+        m_toldRating.reset();
+        return;
+    }
+    const std::uint8_t rating = descriptor->data[3];
+    if (m_toldRating == rating)
+        return;
+    m_toldRating = rating;
+    Tell(request, [rating](IBroadcastPlayerListener& listener) {
+        listener.ParentalRatingChanged(static_cast<char>(rating));
+    });
+}
+
+}  // namespace television

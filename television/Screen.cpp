@@ -1,0 +1,103 @@
+#include "television/Screen.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "television/Geometry.h"
+
+namespace television {
+namespace {
+
+constexpr TPTRect kPlane{0, 0, Television::kPlaneWidth, Television::kPlaneHeight};
+
+void Call(const std::function<void()>& function) {
+    if (function)
+        function();
+}
+
+bool SameRatio(double a, double b) { return std::abs(a - b) < 0.001; }
+
+bool Same(const TPTRect& a, const TPTRect& b) {
+    return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
+}
+
+}  // namespace
+
+void Screen::Begin(std::uint64_t session) {
+    std::shared_ptr<const Picture> before;
+    bool moved = false;
+    {
+        std::lock_guard lock(m_mutex);
+        if (session < m_session)
+            return;
+        m_session = session;
+        const TPTRect rectangle = Place();
+        m_picture.swap(before);
+        moved = !Same(rectangle, Place());
+    }
+    if (before)
+        Call(pictureChanged);
+    if (moved)
+        Call(layoutChanged);
+}
+
+void Screen::Continue(std::uint64_t session) {
+    std::lock_guard lock(m_mutex);
+    m_session = std::max(m_session, session);
+}
+
+void Screen::Show(std::uint64_t session, std::shared_ptr<const Picture> picture) {
+    bool aspect = false, moved = false;
+    {
+        std::lock_guard lock(m_mutex);
+        if (session != m_session)
+            return;
+        const TPTRect rectangle = Place();
+        aspect = !m_picture || !SameRatio(m_picture->aspectRatio, picture->aspectRatio);
+        m_picture.swap(picture);
+        moved = !Same(rectangle, Place());
+    }
+    Call(pictureChanged);
+    if (moved)
+        Call(layoutChanged);
+    if (aspect)
+        Call(aspectChanged);
+}
+
+void Screen::SetWindow(const TPTRect& window) { Move(window); }
+void Screen::SetFullScreen() { Move(std::nullopt); }
+
+void Screen::Move(std::optional<TPTRect> window) {
+    {
+        std::lock_guard lock(m_mutex);
+        const TPTRect rectangle = Place();
+        m_window = window;
+        if (Same(rectangle, Place()))
+            return;
+    }
+    Call(layoutChanged);
+}
+
+// Under the lock.
+TPTRect Screen::Place() const {
+    if (m_window)
+        return *m_window;
+    return m_picture ? Fit(kPlane, m_picture->aspectRatio) : kPlane;
+}
+
+std::shared_ptr<const Picture> Screen::CurrentPicture() const {
+    std::lock_guard lock(m_mutex);
+    return m_picture;
+}
+
+TPTRect Screen::Rectangle() const {
+    std::lock_guard lock(m_mutex);
+    return Place();
+}
+
+std::optional<double> Screen::AspectRatio() const {
+    std::lock_guard lock(m_mutex);
+    return m_picture ? std::optional(m_picture->aspectRatio) : std::nullopt;
+}
+
+}  // namespace television

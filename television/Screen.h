@@ -1,0 +1,45 @@
+// The video plane: the picture that is shown and the rectangle that it is scaled to. All threads.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+#include "television/Television.h"
+
+namespace television {
+
+class Screen {
+public:
+    // Called without a lock: there is another picture or none any more; the rectangle moved; the shown picture's aspect
+    // ratio is another, or is known now.
+    std::function<void()> pictureChanged, layoutChanged, aspectChanged;
+
+    // Black, and from now on only the pictures of this session are shown. Sessions are numbered upwards; one that is
+    // older than the last one begun changes nothing.
+    void Begin(std::uint64_t session);
+    // The same, but the last picture stays until the first one of the session.
+    void Continue(std::uint64_t session);
+    void Show(std::uint64_t session, std::shared_ptr<const Picture> picture);
+
+    void SetWindow(const TPTRect& window);
+    void SetFullScreen();
+
+    std::shared_ptr<const Picture> CurrentPicture() const;
+    // Where the picture is; its aspect ratio is kept in it on the full screen.
+    TPTRect Rectangle() const;
+    // Of the shown picture.
+    std::optional<double> AspectRatio() const;
+
+private:
+    void Move(std::optional<TPTRect> window);
+    TPTRect Place() const;
+
+    mutable std::mutex m_mutex;
+    std::uint64_t m_session = 0;
+    std::shared_ptr<const Picture> m_picture;
+    std::optional<TPTRect> m_window;  // none: full screen
+};
+
+}  // namespace television

@@ -1,0 +1,93 @@
+#include "television/Television.h"
+
+#include "television/Core.h"
+#include "television/interfaces/ChannelCache.h"
+#include "television/interfaces/DebugFramework.h"
+#include "television/interfaces/ObjectKeys.h"
+
+namespace television {
+
+Television::Television() = default;
+Television::~Television() { Stop(); }
+
+Television& Television::Instance() {
+    static Television television;
+    return television;
+}
+
+std::optional<std::string> Television::Start(const Configuration& configuration, const Observer& observer,
+                                             const std::function<void(const std::string&)>& progress) {
+    return Core::Instance().SwitchOn(configuration, observer, progress);
+}
+
+void Television::Stop() {
+    PageClosed();
+    Core::Instance().SwitchOff();
+}
+
+std::vector<Service> Television::Services() {
+    const auto set = Core::Instance().Set();
+    return set ? set->Directory().Services() : std::vector<Service>{};
+}
+
+std::optional<Service> Television::FindService(unsigned int id) {
+    const auto set = Core::Instance().Set();
+    return set ? set->Directory().Find(id) : std::nullopt;
+}
+
+std::optional<Service> Television::CurrentService() {
+    const auto set = Core::Instance().Set();
+    return set ? set->Directory().Find(set->ThePresentation().Selected()) : std::nullopt;
+}
+
+std::vector<Programme> Television::Programmes(unsigned int id) {
+    const auto set = Core::Instance().Set();
+    return set ? set->Directory().Programmes(id) : std::vector<Programme>{};
+}
+
+TPTRect Television::VideoRectangle() {
+    const auto set = Core::Instance().Set();
+    return set ? set->TheScreen().Rectangle() : TPTRect{0, 0, kPlaneWidth, kPlaneHeight};
+}
+
+std::shared_ptr<const Picture> Television::CurrentPicture() {
+    const auto set = Core::Instance().Set();
+    return set ? set->TheScreen().CurrentPicture() : nullptr;
+}
+
+TuneTimes Television::LastTune() {
+    const auto set = Core::Instance().Set();
+    return set ? set->ThePresentation().LastTune() : TuneTimes{};
+}
+
+bool Television::ViewerSelects(unsigned int id) {
+    const auto set = Core::Instance().Set();
+    return set && set->ThePresentation().SelectByViewer(id);
+}
+
+bool Television::ViewerSelectsNext() {
+    const auto set = Core::Instance().Set();
+    return set && set->ThePresentation().StepByViewer(1);
+}
+
+bool Television::ViewerSelectsPrevious() {
+    const auto set = Core::Instance().Set();
+    return set && set->ThePresentation().StepByViewer(-1);
+}
+
+void Television::PageOpened(bool broadcastRelated, const std::vector<std::string>& origins) {
+    Core::Instance().Page().Open(broadcastRelated, origins);
+}
+
+void Television::PageClosed() {
+    Core::Instance().GiveBackPlayer();
+    Core::Instance().Page().Close();
+    ChannelCache::TheCache().ReleaseAll();
+    ObjectKeys::TheKeys().Clear();
+}
+
+bool Television::IsKey(const std::string& key) { return ObjectKeys::TheKeys().IsKey(key); }
+
+void Television::SetDebugLevel(int level) { SetPluginDebugLevel(level); }
+
+}  // namespace television

@@ -1,0 +1,126 @@
+// The television in software, as the program around it (the TV browser) sees it: start and stop, the picture, the
+// services, the viewer's remote control, and what the platform must know about the page.
+//
+// The plug-in sees none of this: it talks to the interfaces in platform/, which this library implements.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/TPTRect.h"
+#include "platform/visibility.h"
+
+namespace television {
+
+struct Configuration {
+    std::string stream;         // a file or URL with an MPEG transport stream; empty: the demonstration multiplex
+    std::string demonstration;  // the file with the demonstration's audio and video
+    bool sound = true;          // false: decode sound, play it to nobody
+};
+
+enum class ServiceType { Television = 0, Radio = 1, Other = 2 };
+
+struct Service {
+    unsigned int id = 0;  // the channel id of the platform interfaces; stable while the program runs
+    int idType = 0;       // OIPF DAE, clause 7.13.11.1
+    std::uint16_t onid = 0, nid = 0, tsid = 0, sid = 0;
+    int number = 0;  // logical channel number, 0 when the stream gives none
+    ServiceType type = ServiceType::Television;
+    std::string name;      // UTF-8
+    std::string provider;  // UTF-8
+    std::string dsd;       // the delivery system descriptor's bytes, tag and length included; empty when unknown
+    bool hd = false;
+    bool scrambled = false;
+    bool hidden = false;
+    bool locked = false;
+};
+
+struct ParentalRating {
+    std::string country;  // three letters
+    std::uint8_t rating = 0;
+};
+
+struct Programme {
+    unsigned int channelId = 0;
+    std::uint16_t eventId = 0;
+    std::string name, description, longDescription;  // UTF-8
+    std::int64_t startTime = 0;                      // seconds since 1970, UTC
+    std::int64_t duration = 0;                       // seconds
+    std::vector<ParentalRating> ratings;
+    std::vector<std::string> descriptors;  // raw, tag and length included
+};
+
+// A decoded picture: 32 bits a pixel, blue green red and an unused byte in memory.
+struct Picture {
+    const std::uint8_t* pixels = nullptr;
+    int width = 0, height = 0, stride = 0;
+    double aspectRatio = 16.0 / 9.0;  // of the displayed picture
+    std::shared_ptr<void> owner;      // keeps the pixels
+};
+
+// Called on threads of the television's; must return at once.
+struct Observer {
+    std::function<void()> pictureChanged;   // there is a new picture, or none any more
+    std::function<void()> layoutChanged;    // VideoRectangle answers differently
+    std::function<void()> channelChanged;   // CurrentService answers differently
+    std::function<void()> servicesChanged;  // Services answers differently
+    std::function<void(const std::string& line)> log;  // what the television does, a line each
+};
+
+// How long the last channel change took, in milliseconds, for measurements.
+struct TuneTimes {
+    std::uint64_t count = 0;  // channel changes so far that came to a picture or sound
+    double toFirstPicture = 0;
+};
+
+class TVPLATFORM_API Television {
+public:
+    static Television& Instance();
+
+    // Starts to receive and reads the tables. Returns when the services are known: nothing on success, else one
+    // sentence that says what is wrong and what to do. `progress` is told, on the caller's thread, what is being read.
+    std::optional<std::string> Start(const Configuration& configuration, const Observer& observer,
+                                     const std::function<void(const std::string&)>& progress = {});
+    // Stops everything; all threads of the television have ended when it returns.
+    void Stop();
+
+    // All threads. In the order of the logical channel numbers, hidden services included.
+    std::vector<Service> Services();
+    std::optional<Service> FindService(unsigned int id);
+    // What the television shows or is tuning to.
+    std::optional<Service> CurrentService();
+    // The present (first) and the following event, as far as the stream tells them.
+    std::vector<Programme> Programmes(unsigned int id);
+
+    // The video plane is 1920 by 1080. The rectangle that the picture is scaled to; the rest of the plane is black.
+    static constexpr int kPlaneWidth = 1920, kPlaneHeight = 1080;
+    TPTRect VideoRectangle();
+    // The picture to show now, or null for black.
+    std::shared_ptr<const Picture> CurrentPicture();
+    TuneTimes LastTune();
+
+    // The viewer changes the channel with the remote control. False when there is nothing to change to.
+    bool ViewerSelects(unsigned int id);
+    bool ViewerSelectsNext();
+    bool ViewerSelectsPrevious();
+
+    // The page: whether its application is broadcast related, and the origins inside its boundary.
+    void PageOpened(bool broadcastRelated, const std::vector<std::string>& origins);
+    // The page is gone: what its objects held (channel holds, keys) is given back; a player still held too.
+    void PageClosed();
+    // True for a key that the plug-in was given for an object of the current page.
+    bool IsKey(const std::string& key);
+
+    // What the plug-in's log lines are compared with: 0 errors, 2 warnings, 3 traces, 4 details; -1 prints none.
+    void SetDebugLevel(int level);
+
+private:
+    Television();
+    ~Television();
+};
+
+}  // namespace television

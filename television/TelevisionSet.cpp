@@ -1,0 +1,141 @@
+#include "television/TelevisionSet.h"
+
+#include <algorithm>
+
+#include "television/Log.h"
+
+namespace television {
+namespace {
+
+using namespace std::chrono_literals;
+
+void Call(const std::function<void()>& function) {
+    if (function)
+        function();
+}
+
+// How long tables may take, in the stream's time and on the clock: PAT and PMT come each half second, SDT each two
+// seconds, NIT each ten (ETSI TS 101 211, clause 4.4). Without the latter two a stream still has services.
+constexpr std::int64_t kAssociationTime = 5 * kClockRate;
+constexpr std::int64_t kDescriptionTime = 3 * kClockRate;
+constexpr std::int64_t kNetworkTime = 11 * kClockRate;
+constexpr auto kLongestReading = 15s;
+// And so much is buffered before the first channel is tuned to, that it can begin at once.
+constexpr std::int64_t kTuningTime = kClockRate * 3 / 2;
+
+}  // namespace
+
+TelevisionSet::TelevisionSet(ListenerGate& gate, const Observer& observer, std::string audioSink)
+    : m_gate(gate),
+      m_observer(observer),
+      m_presentation({m_directory, m_buffer, m_screen, m_gate, m_queue, [this] { Call(m_observer.channelChanged); }},
+                     std::move(audioSink)),
+      m_tables([this](const Tables& tables) { TablesRead(tables); }) {
+    ConnectScreen();
+}
+
+TelevisionSet::~TelevisionSet() { Shutdown(); }
+
+void TelevisionSet::ConnectScreen() {
+    m_screen.pictureChanged = [this] { Call(m_observer.pictureChanged); };
+    m_screen.layoutChanged = [this] { Call(m_observer.layoutChanged); };
+    m_screen.aspectChanged = [this] {
+        m_queue.Post([this] {
+            m_gate.Tell([] { return true; }, [](IBroadcastPlayerListener& listener) { listener.UpdateLayout(); });
+        });
+    };
+}
+
+void TelevisionSet::Shutdown() {
+    if (!m_receiver)
+        return;
+    m_receiver.reset();
+    m_queue.Post([this] { m_presentation.Close(); });
+    m_queue.Drain();
+    m_queue.Stop();
+}
+
+std::optional<std::string> TelevisionSet::Start(std::unique_ptr<PacketSource> source, const Progress& progress) {
+    m_receiver = std::make_unique<Receiver>(std::move(source), static_cast<ReceiverClient&>(*this));
+    if (auto error = ReadTables(progress))
+        return error;
+    m_receiver->KeepTime();
+    if (const auto first = m_directory.First())
+        m_presentation.SelectSilently(first->id);
+    return std::nullopt;
+}
+
+// Waits for more to be read. False when nothing more is to be waited for.
+bool TelevisionSet::WaitForTables(SteadyClock::time_point started) {
+    std::unique_lock lock(m_mutex);
+    const std::int64_t onClock =
+        std::chrono::duration_cast<std::chrono::microseconds>(SteadyClock::now() - started).count() * 27;
+    const std::int64_t time = std::max(m_reading.streamTime, onClock);
+    const bool network = m_reading.network || time > (m_reading.networkNamed ? kNetworkTime : kDescriptionTime);
+    const bool description = m_reading.description || time > kDescriptionTime;
+    const bool services = m_reading.association && (m_reading.maps || time > kAssociationTime);
+    const bool read = services ? description && network : time > kAssociationTime;
+    if (read && time > kTuningTime)
+        return false;
+    m_readingChanged.wait_for(lock, 50ms);
+    return SteadyClock::now() - started < kLongestReading;
+}
+
+std::optional<std::string> TelevisionSet::ReadTables(const Progress& progress) {
+    if (progress)
+        progress("Reading the stream's service information");
+    const auto started = SteadyClock::now();
+    while (WaitForTables(started)) {
+    }
+    const auto services = m_directory.Services();
+    if (progress)
+        progress(std::to_string(services.size()) + " services found");
+    std::lock_guard lock(m_mutex);
+    if (!m_reading.association)
+        return "The stream has no programme association table within 5 seconds: it is no complete transport stream.";
+    if (services.empty())
+        return "The stream has no services: give a transport stream with at least one.";
+    return std::nullopt;
+}
+
+void TelevisionSet::PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) {
+    for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
+        m_tables.Push(packets.data() + at);
+    m_buffer.Write(packets, now);
+    std::lock_guard lock(m_mutex);
+    m_reading.streamTime = now;
+    m_readingChanged.notify_all();
+}
+
+void TelevisionSet::TablesRead(const Tables& tables) {
+    const bool servicesChanged = m_directory.Update(tables);
+    {
+        std::lock_guard lock(m_mutex);
+        m_reading.association = tables.association.has_value();
+        m_reading.maps = tables.association && tables.maps.size() >= tables.association->services.size();
+        m_reading.networkNamed = tables.association && tables.association->networkPid;
+        m_reading.description = tables.description.has_value();
+        m_reading.network = tables.network.has_value();
+    }
+    m_readingChanged.notify_all();
+    m_queue.Post([=, this] {
+        m_presentation.TablesChanged();
+        if (servicesChanged)
+            Call(m_observer.servicesChanged);
+    });
+}
+
+void TelevisionSet::StreamBroke() {
+    m_buffer.Clear();
+    m_queue.Post([this] { m_presentation.StreamBroke(); });
+}
+
+void TelevisionSet::SignalLost() {
+    m_queue.Post([this] { m_presentation.SignalLost(); });
+}
+
+void TelevisionSet::SignalReturned() {
+    m_queue.Post([this] { m_presentation.SignalReturned(); });
+}
+
+}  // namespace television

@@ -1,0 +1,67 @@
+// A television that is switched on: receiver, tables, presentation and screen, tied together.
+#pragma once
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "television/Presentation.h"
+#include "television/stream/Receiver.h"
+#include "television/tables/TableReader.h"
+
+namespace television {
+
+class TelevisionSet : private ReceiverClient {
+public:
+    using Progress = std::function<void(const std::string&)>;
+
+    TelevisionSet(ListenerGate& gate, const Observer& observer, std::string audioSink);
+    ~TelevisionSet() override;
+
+    // Receives from an open source until the services are known, then shows the first one. On failure a sentence.
+    std::optional<std::string> Start(std::unique_ptr<PacketSource> source, const Progress& progress);
+    // Ends all threads.
+    void Shutdown();
+
+    ServiceDirectory& Directory() { return m_directory; }
+    Screen& TheScreen() { return m_screen; }
+    Presentation& ThePresentation() { return m_presentation; }
+
+private:
+    // How far the tables have come, as the receiving thread sees it.
+    struct Reading {
+        bool association = false, maps = false, description = false, network = false, networkNamed = false;
+        std::int64_t streamTime = 0;
+        bool Complete() const { return association && maps && description && network; }
+    };
+    using SteadyClock = std::chrono::steady_clock;
+
+    void PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) override;
+    void StreamBroke() override;
+    void SignalLost() override;
+    void SignalReturned() override;
+
+    void TablesRead(const Tables& tables);
+    void ConnectScreen();
+    bool WaitForTables(SteadyClock::time_point started);
+    std::optional<std::string> ReadTables(const Progress& progress);
+
+    ListenerGate& m_gate;
+    Observer m_observer;
+    ServiceDirectory m_directory;
+    StreamBuffer m_buffer;
+    Screen m_screen;
+    TaskQueue m_queue;
+    Presentation m_presentation;
+
+    TableReader m_tables;  // the receiving thread's
+    std::mutex m_mutex;
+    std::condition_variable m_readingChanged;
+    Reading m_reading;
+    std::unique_ptr<Receiver> m_receiver;
+};
+
+}  // namespace television

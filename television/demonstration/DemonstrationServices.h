@@ -1,0 +1,40 @@
+// What the demonstration multiplex contains: its services, their streams and their programmes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace television::demonstration {
+
+// Network ids of the range for private, temporary use (ETSI TS 101 162).
+inline constexpr std::uint16_t kOnid = 0xff01, kNid = 0xff01, kTsid = 0x0401;
+inline constexpr std::uint32_t kFrequency = 61'800'000;  // in 10 Hz
+
+struct Stream {
+    std::uint8_t type;
+    std::uint16_t pid;
+    std::uint8_t tag;
+    std::string language;        // of sound
+    std::uint8_t audioType = 0;  // of ISO_639_language_descriptor
+};
+
+struct Programme {
+    std::string name, description;
+    std::uint8_t rating;  // of parental_rating_descriptor: the age less three, 0 for none
+};
+
+struct ServiceInfo {
+    std::uint16_t sid;
+    int number;
+    std::uint8_t serviceType;
+    std::string name;
+    std::uint16_t mapPid, clockPid;
+    std::vector<Stream> streams;
+    std::vector<Programme> programmes;  // they follow each other, a minute each, and begin again
+};
+
+// The PIDs are those that make-stream gives the elementary streams.
+const std::vector<ServiceInfo>& Services();
+
+}  // namespace television::demonstration

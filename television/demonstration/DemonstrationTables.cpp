@@ -1,0 +1,134 @@
+#include "television/demonstration/DemonstrationTables.h"
+
+#include "television/demonstration/DemonstrationServices.h"
+#include "television/tables/DescriptorTags.h"
+#include "television/tables/DvbTime.h"
+
+namespace television::demonstration {
+namespace {
+
+constexpr std::uint16_t kPatPid = 0x00, kNitPid = 0x10, kSdtPid = 0x11, kEitPid = 0x12, kTdtPid = 0x14;
+constexpr unsigned kPat = 0x00, kPmt = 0x02, kNit = 0x40, kSdt = 0x42, kEit = 0x4e, kTdt = 0x70;
+constexpr unsigned kRunning = 4, kNotRunning = 1;
+constexpr std::int64_t kProgrammeLength = 60;
+constexpr std::int64_t kMillisecond = 27'000;
+constexpr const char* kProvider = "Atlas";
+
+Section AssociationSection() {
+    Bytes body;
+    body.Put16(0).Put16(0xe000 | kNitPid);
+    for (const ServiceInfo& service : Services())
+        body.Put16(service.sid).Put16(0xe000 | service.mapPid);
+    return MakeSection({kPat, kTsid}, body);
+}
+
+Bytes StreamDescriptors(const Stream& stream) {
+    Bytes descriptors;
+    descriptors.PutDescriptor(kStreamIdentifierTag, Bytes().Put8(stream.tag));
+    if (!stream.language.empty())
+        descriptors.PutDescriptor(kLanguageTag, Bytes().Put(stream.language).Put8(stream.audioType));
+    return descriptors;
+}
+
+Section MapSection(const ServiceInfo& service) {
+    Bytes body;
+    body.Put16(0xe000 | service.clockPid).PutLoop({});
+    for (const Stream& stream : service.streams)
+        body.Put8(stream.type).Put16(0xe000 | stream.pid).PutLoop(StreamDescriptors(stream));
+    return MakeSection({kPmt, service.sid}, body);
+}
+
+Section DescriptionSection() {
+    constexpr unsigned kHasPresentFollowing = 0x01;
+    Bytes body;
+    body.Put16(kOnid).Put8(0xff);
+    for (const ServiceInfo& service : Services()) {
+        Bytes descriptors;
+        descriptors.PutDescriptor(kServiceTag,
+                                  Bytes().Put8(service.serviceType).PutText(kProvider).PutText(service.name));
+        body.Put16(service.sid).Put8(0xfc | kHasPresentFollowing);
+        body.Put16(kRunning << 13 | static_cast<unsigned>(descriptors.Size())).Put(descriptors);
+    }
+    return MakeSection({kSdt, kTsid}, body);
+}
+
+// 8 MHz, 64-QAM, code rate 2/3, guard interval 1/8, 8k carriers.
+Bytes TerrestrialDelivery() {
+    return Bytes().Put32(kFrequency).Put8(0x1f).Put8(0x81).Put8(0x0a).Put32(0xffffffff);
+}
+
+Bytes NetworkStreamDescriptors() {
+    Bytes list, numbers, descriptors;
+    for (const ServiceInfo& service : Services()) {
+        list.Put16(service.sid).Put8(service.serviceType);
+        numbers.Put16(service.sid).Put16(0xfc00 | static_cast<unsigned>(service.number));
+    }
+    descriptors.PutDescriptor(kServiceListTag, list);
+    descriptors.PutDescriptor(kTerrestrialDeliveryTag, TerrestrialDelivery());
+    descriptors.PutDescriptor(kPrivateDataSpecifierTag, Bytes().Put32(kSpecifierEacem));
+    descriptors.PutDescriptor(kLogicalChannelTag, numbers);
+    return descriptors;
+}
+
+Section NetworkSection() {
+    Bytes name, stream, body;
+    name.PutDescriptor(kNetworkNameTag, Bytes().Put("Demonstration"));
+    stream.Put16(kTsid).Put16(kOnid).PutLoop(NetworkStreamDescriptors());
+    body.PutLoop(name).PutLoop(stream);
+    return MakeSection({kNit, kNid}, body);
+}
+
+Bytes EventDescriptors(const Programme& programme) {
+    Bytes text, descriptors;
+    text.Put("eng").PutText(programme.name).PutText(programme.description);
+    descriptors.PutDescriptor(kShortEventTag, text);
+    if (programme.rating != 0)
+        descriptors.PutDescriptor(kParentalRatingTag, Bytes().Put("DEU").Put8(programme.rating));
+    return descriptors;
+}
+
+// The programme of the given minute: section 0 for the present one, 1 for the following.
+Section EventSection(const ServiceInfo& service, std::int64_t minute, bool following, unsigned version) {
+    const auto index = static_cast<std::size_t>(minute) % service.programmes.size();
+    const Bytes descriptors = EventDescriptors(service.programmes[index]);
+    Bytes body;
+    body.Put16(kTsid).Put16(kOnid).Put8(1).Put8(kEit);
+    body.Put16(static_cast<unsigned>(minute & 0xffff)).Put40(DvbTime(minute * kProgrammeLength));
+    body.Put8(0).Put16(static_cast<unsigned>(BcdSeconds(kProgrammeLength)));
+    body.Put16((following ? kNotRunning : kRunning) << 13 | static_cast<unsigned>(descriptors.Size()));
+    body.Put(descriptors);
+    return MakeSection({kEit, service.sid, version, following ? 1u : 0u, 1}, body);
+}
+
+std::vector<Section> EventSections(std::int64_t now) {
+    const std::int64_t minute = now / kProgrammeLength;
+    const auto version = static_cast<unsigned>(minute & 0x1f);
+    std::vector<Section> sections;
+    for (const ServiceInfo& service : Services()) {
+        sections.push_back(EventSection(service, minute, false, version));
+        sections.push_back(EventSection(service, minute + 1, true, version));
+    }
+    return sections;
+}
+
+Section TimeSection(std::int64_t now) { return MakeShortSection(kTdt, Bytes().Put40(DvbTime(now))); }
+
+}  // namespace
+
+std::vector<RepeatedTable> Tables() {
+    const auto fixed = [](Section section) {
+        return [sections = std::vector<Section>{std::move(section)}](std::int64_t) { return sections; };
+    };
+    std::vector<RepeatedTable> tables{
+        {kPatPid, 100 * kMillisecond, fixed(AssociationSection())},
+        {kNitPid, 1000 * kMillisecond, fixed(NetworkSection())},
+        {kSdtPid, 1000 * kMillisecond, fixed(DescriptionSection())},
+        {kEitPid, 500 * kMillisecond, EventSections},
+        {kTdtPid, 1000 * kMillisecond, [](std::int64_t now) { return std::vector<Section>{TimeSection(now)}; }},
+    };
+    for (const ServiceInfo& service : Services())
+        tables.push_back({service.mapPid, 100 * kMillisecond, fixed(MapSection(service))});
+    return tables;
+}
+
+}  // namespace television::demonstration

@@ -1,0 +1,182 @@
+#include "television/interfaces/BroadcastPlayer.h"
+
+#include "television/Core.h"
+#include "television/Log.h"
+#include "television/interfaces/ChannelCache.h"
+#include "television/tables/DeliverySystem.h"
+
+namespace television {
+namespace {
+
+// What GetChannelFromDSD answers.
+enum DsdResult : int { kFound = 0, kMalformed = 1, kUnsupported = 2, kUndecided = 3 };
+
+bool IsDvb(int idType) { return idType == -1 || (idType >= kFirstDvbIdType && idType <= kLastDvbIdType); }
+
+// True when one of the network's transport streams is broadcast in this way. `kind` becomes true when one of them at
+// least uses the same kind of delivery.
+bool IsOfNetwork(const NetworkTable& network, const DeliverySystem& wanted, bool& kind) {
+    for (const auto& stream : network.streams) {
+        const Descriptor* descriptor = FindDeliverySystem(stream.descriptors);
+        DeliverySystem system;
+        if (!descriptor || ParseDeliverySystem(Raw(*descriptor), system) != DsdFault::None)
+            continue;
+        kind = kind || system.tag == wanted.tag;
+        if (system == wanted)
+            return true;
+    }
+    return false;
+}
+
+// Only the services of the stream that is received are known.
+std::optional<Service> FindOnStream(ServiceDirectory& directory, const DeliverySystem& wanted, int sid) {
+    for (const Service& service : directory.Services()) {
+        DeliverySystem system;
+        if (service.sid == sid && ParseDeliverySystem(service.dsd, system) == DsdFault::None && system == wanted)
+            return service;
+    }
+    return std::nullopt;
+}
+
+// The first component of each kind is the one that is presented. No subtitles are.
+bool IsActive(TelevisionSet& set, const Component& component) {
+    return component.type != ComponentType::Subtitle && component.index == 0 && set.ThePresentation().IsPresented();
+}
+
+template <class Record>
+std::vector<Record> List(ComponentType type, bool activeOnly) {
+    std::vector<Record> records;
+    const auto set = Core::Instance().Set();
+    if (!set)
+        return records;
+    for (const Component& component : set->Directory().RouteTo(set->ThePresentation().Selected()).components) {
+        const bool active = IsActive(*set, component);
+        if (component.type != type || (activeOnly && !active))
+            continue;
+        const auto aspect = type == ComponentType::Video && active ? set->TheScreen().AspectRatio() : std::nullopt;
+        records.emplace_back(ArgumentText(component, aspect, active));
+    }
+    return records;
+}
+
+void LogUnchanged(const char* what) {
+    Log(std::string("A choice of ") + what + " was ignored: this television presents the first component of each kind.");
+}
+
+}  // namespace
+
+BroadcastPlayer& BroadcastPlayer::ThePlayer() {
+    static auto& player = *new BroadcastPlayer;
+    return player;
+}
+
+void BroadcastPlayer::SetListener(IBroadcastPlayerListener* listener) { Core::Instance().Gate().Set(listener); }
+
+void BroadcastPlayer::BindToCurrentChannel() {
+    if (const auto set = Core::Instance().Set())
+        set->ThePresentation().Bind();
+}
+
+void BroadcastPlayer::Stop() {
+    if (const auto set = Core::Instance().Set())
+        set->ThePresentation().Stop();
+}
+
+void BroadcastPlayer::StopChannel() {
+    if (const auto set = Core::Instance().Set())
+        set->ThePresentation().StopChannel();
+}
+
+bool BroadcastPlayer::GetChannel(unsigned int& channelId) {
+    const auto set = Core::Instance().Set();
+    const unsigned int id = set ? set->ThePresentation().Selected() : 0;
+    if (id == 0)
+        return false;
+    channelId = ChannelCache::TheCache().Hold(id);
+    return true;
+}
+
+bool BroadcastPlayer::SetChannel(unsigned int channelId, bool) {
+    const auto set = Core::Instance().Set();
+    return set && set->ThePresentation().SelectByPage(channelId);
+}
+
+bool BroadcastPlayer::PrevChannel() {
+    const auto set = Core::Instance().Set();
+    return set && set->ThePresentation().StepByPage(-1);
+}
+
+bool BroadcastPlayer::NextChannel() {
+    const auto set = Core::Instance().Set();
+    return set && set->ThePresentation().StepByPage(1);
+}
+
+bool BroadcastPlayer::GetChannelFromTriplet(int idType, int onid, int tsid, int sid, unsigned int& channelId) {
+    channelId = 0;
+    const auto set = Core::Instance().Set();
+    const auto service = set && IsDvb(idType) ? set->Directory().FindTriplet(onid, tsid, sid) : std::nullopt;
+    if (!service)
+        return false;
+    channelId = ChannelCache::TheCache().Hold(service->id);
+    return true;
+}
+
+int BroadcastPlayer::GetChannelFromDSD(int idType, const std::string& dsd, int sid, unsigned int& channelId) {
+    DeliverySystem wanted;
+    const DsdFault fault = ParseDeliverySystem(dsd, wanted);
+    if (fault == DsdFault::Malformed)
+        return kMalformed;
+    const auto set = Core::Instance().Set();
+    const auto network = set ? set->Directory().Network() : std::nullopt;
+    if (fault == DsdFault::Unsupported || !IsDvb(idType) || !network)
+        return kUnsupported;
+    bool kind = false;
+    if (!IsOfNetwork(*network, wanted, kind))
+        return kind ? kUndecided : kUnsupported;
+    const auto service = FindOnStream(set->Directory(), wanted, sid);
+    if (!service)
+        return kUndecided;
+    channelId = ChannelCache::TheCache().Hold(service->id);
+    return kFound;
+}
+
+void BroadcastPlayer::SetVideoWindow(TPTRect& window) {
+    if (const auto set = Core::Instance().Set())
+        set->TheScreen().SetWindow(window);
+}
+
+void BroadcastPlayer::SetFullScreenVideo() {
+    if (const auto set = Core::Instance().Set())
+        set->TheScreen().SetFullScreen();
+}
+
+void BroadcastPlayer::GetVolume(int& volume) {
+    if (const auto set = Core::Instance().Set())
+        volume = set->ThePresentation().Volume();
+}
+
+void BroadcastPlayer::SetVolume(int volume) {
+    if (const auto set = Core::Instance().Set())
+        set->ThePresentation().SetVolume(volume);
+}
+
+std::vector<IVideoComponent> BroadcastPlayer::GetVideoComponents(bool activeOnly) {
+    return List<IVideoComponent>(ComponentType::Video, activeOnly);
+}
+
+std::vector<IAudioComponent> BroadcastPlayer::GetAudioComponents(bool activeOnly) {
+    return List<IAudioComponent>(ComponentType::Audio, activeOnly);
+}
+
+std::vector<ISbtComponent> BroadcastPlayer::GetSubtitleComponents(bool activeOnly) {
+    return List<ISbtComponent>(ComponentType::Subtitle, activeOnly);
+}
+
+void BroadcastPlayer::SelectVideoComponent(unsigned short) { LogUnchanged("video"); }
+void BroadcastPlayer::SelectAudioComponent(unsigned int) { LogUnchanged("sound"); }
+void BroadcastPlayer::SelectSubtitleComponent(unsigned int) { LogUnchanged("subtitles"); }
+void BroadcastPlayer::UnselectVideoComponent(unsigned short) { LogUnchanged("video"); }
+void BroadcastPlayer::UnselectAudioComponent(unsigned int) { LogUnchanged("sound"); }
+void BroadcastPlayer::UnselectSubtitleComponent(unsigned int) { LogUnchanged("subtitles"); }
+
+}  // namespace television

@@ -1,0 +1,21 @@
+#include "television/stream/PacketSource.h"
+
+#include "television/stream/FileSource.h"
+#include "television/stream/NetworkSource.h"
+
+namespace television {
+
+std::unique_ptr<PacketSource> MakeSource(const std::string& stream, std::string& error) {
+    const auto colon = stream.find("://");
+    const std::string scheme = colon == std::string::npos ? "" : stream.substr(0, colon);
+    if (scheme.empty())
+        return std::make_unique<FileSource>(stream);
+    if (scheme == "file")
+        return std::make_unique<FileSource>(stream.substr(colon + 3));
+    if (scheme == "udp" || scheme == "http" || scheme == "https")
+        return std::make_unique<NetworkSource>(stream);
+    error = "\"" + scheme + "://\" cannot be received: give a file or a udp://, http:// or https:// address.";
+    return nullptr;
+}
+
+}  // namespace television

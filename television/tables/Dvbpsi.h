@@ -1,0 +1,22 @@
+// libdvbpsi, whose headers include nothing of what they need.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <sys/types.h>
+
+extern "C" {
+#include <dvbpsi/dvbpsi.h>
+
+#include <dvbpsi/psi.h>
+
+#include <dvbpsi/descriptor.h>
+
+#include <dvbpsi/demux.h>
+
+#include <dvbpsi/eit.h>
+#include <dvbpsi/nit.h>
+#include <dvbpsi/pat.h>
+#include <dvbpsi/pmt.h>
+#include <dvbpsi/sdt.h>
+}

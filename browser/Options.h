@@ -1,0 +1,42 @@
+// The command line of the TV browser.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+#include <variant>
+
+#include "browser/page/BridgeHost.h"
+
+namespace browser {
+
+struct Options {
+    QString url;             // empty: the demonstration page
+    QString stream;          // empty: the demonstration multiplex
+    QString demonstration;   // the file with the demonstration's audio and video; empty: where the build puts it
+    QString plugin;          // empty: where the build puts it
+    QString remote;          // the remote's socket; empty: the usual place, "none": no remote
+    QString screenshot;
+    QString events;
+    QStringList evaluate;    // scripts to run in the page when it has loaded
+    std::optional<int> seconds;
+    int logLevel = 0;
+    bool sound = true;
+    bool broadcastRelated = true;
+    bool tour = false;
+    bool test = false;
+    bool fullScreen = false;
+    ViewerSettings settings;
+};
+
+struct HelpWanted {};
+struct UsageError {
+    QString sentence;
+};
+
+// `arguments` without the program's name.
+std::variant<Options, HelpWanted, UsageError> ReadOptions(const QStringList& arguments);
+
+QString HelpText();
+
+}  // namespace browser

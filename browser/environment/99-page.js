@@ -1,0 +1,24 @@
+// debug(), the page's side of a page test, and the end of the environment's construction.
+(function (window, environment) {
+    "use strict";
+
+    var tv = environment.tv;
+    var stringify = window.JSON.stringify;
+
+    environment.publish("debug", function (text) { tv.log(String(text)); });
+
+    // `settings().testing` is true when the browser was started with --test. done() ends the run: the browser prints
+    // the text and exits with 0 or 1. pixels() is the mean colour of a rectangle of the screen, picture and page as one
+    // sees them: {red, green, blue, pixels}. remote() sends a line to the television's remote and returns its answer.
+    if (tv.settings().testing) {
+        environment.publish("tvTest", {
+            done: function (ok, text) {
+                tv.event(stringify({ test: "done", ok: !!ok, text: String(text) }));
+            },
+            pixels: function (x, y, width, height) { return tv.pixels(x, y, width, height); },
+            remote: function (line) { return tv.remote(String(line)); }
+        });
+    }
+
+    delete window.__tvEnvironment;
+}(this, this.__tvEnvironment));

@@ -1,0 +1,93 @@
+#include "browser/keys/ViewerKeys.h"
+
+#include "television/Television.h"
+
+namespace browser {
+
+using television::Television;
+
+namespace {
+
+constexpr int kDigitPause = 1500;  // milliseconds after which a number counts as entered
+constexpr int kDigitsOfANumber = 4;
+
+// Keys that a text field needs for itself: characters, and Backspace.
+bool IsTyping(const Page& page, const QKeyEvent& event) {
+    const bool types = event.key() == Qt::Key_Backspace || (!event.text().isEmpty() && event.text().at(0).isPrint());
+    return types && page.HasTextFocus();
+}
+
+}  // namespace
+
+ViewerKeys::ViewerKeys(Page& page, QObject* parent) : QObject(parent), m_page(page) {
+    m_digitTimer.setSingleShot(true);
+    m_digitTimer.setInterval(kDigitPause);
+    connect(&m_digitTimer, &QTimer::timeout, this, &ViewerKeys::NumberEntered);
+}
+
+void ViewerKeys::Act(const RemoteKey& key, KeyAction action) {
+    const bool forPage = (key.group & m_keyset) != 0;
+    if (action != KeyAction::Release) {
+        Q_EMIT acted(QString::fromLatin1(key.name), forPage ? QStringLiteral("page") : QStringLiteral("television"));
+    }
+    if (forPage) {
+        DeliverKey(m_page, key, action);
+    } else if (action != KeyAction::Release) {
+        ActOnTelevision(key);
+    }
+}
+
+void ViewerKeys::Keyboard(QKeyEvent& event, KeyAction action) {
+    const RemoteKey* key = FindKey(Qt::Key(event.key()));
+    if (key == nullptr || (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) || IsTyping(m_page, event)) {
+        m_page.event(&event);
+        return;
+    }
+    Act(*key, action);
+}
+
+void ViewerKeys::KeyboardPressed(QKeyEvent& event) {
+    Keyboard(event, KeyAction::Press);
+}
+
+void ViewerKeys::KeyboardReleased(QKeyEvent& event) {
+    if (!event.isAutoRepeat()) {
+        Keyboard(event, KeyAction::Release);
+    }
+}
+
+void ViewerKeys::ActOnTelevision(const RemoteKey& key) {
+    if (const int digit = DigitOf(key); digit >= 0) {
+        EnterDigit(digit);
+    } else if (key.code == FindKey(QStringLiteral("CHANNEL_UP"))->code) {
+        Television::Instance().ViewerSelectsNext();
+    } else if (key.code == FindKey(QStringLiteral("CHANNEL_DOWN"))->code) {
+        Television::Instance().ViewerSelectsPrevious();
+    }
+}
+
+void ViewerKeys::EnterDigit(int digit) {
+    m_digits += QString::number(digit);
+    Q_EMIT notice(m_digits + QLatin1Char('_'));
+    m_digitTimer.start();
+    if (m_digits.size() == kDigitsOfANumber) {
+        NumberEntered();
+    }
+}
+
+void ViewerKeys::NumberEntered() {
+    m_digitTimer.stop();
+    const QString digits = std::exchange(m_digits, QString());
+    Q_EMIT notice(SelectChannel(digits.toInt()) ? QString() : QStringLiteral("There is no channel %1.").arg(digits));
+}
+
+bool ViewerKeys::SelectChannel(int number) {
+    for (const auto& service : Television::Instance().Services()) {
+        if (service.number == number && !service.hidden) {
+            return Television::Instance().ViewerSelects(service.id);
+        }
+    }
+    return false;
+}
+
+}  // namespace browser

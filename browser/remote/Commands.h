@@ -1,0 +1,30 @@
+// The remote control's line protocol: one command a line, one line of answer, "ok ..." or "error ...".
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace browser {
+
+// What the commands act on. Each operation returns a sentence when it could not be done.
+class RemoteTarget {
+public:
+    using Failure = std::optional<QString>;
+
+    virtual Failure PressKey(const QString& name) = 0;
+    // A channel number, "next" or "previous".
+    virtual Failure SelectChannel(const QString& channel) = 0;
+    virtual void OpenUrl(const QString& url) = 0;
+    virtual Failure WriteScreenshot(const QString& file) = 0;
+    // The value as JSON.
+    virtual QString EvaluateScript(const QString& script) = 0;
+    virtual void Quit(int status) = 0;
+
+protected:
+    ~RemoteTarget() = default;
+};
+
+// Carries out a line and returns the answer, without a line's end.
+QString RunCommand(RemoteTarget& target, const QString& line);
+
+}  // namespace browser

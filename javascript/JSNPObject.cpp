@@ -1,6 +1,7 @@
 #include "javascript/JSNPObject.h"
 
-#include <cstring>
+#include <memory>
+#include <string>
 #include <utility>
 
 #include "debug/Log.h"
@@ -27,11 +28,12 @@ JSNPObject::~JSNPObject() {
     for (CJSEvent* event : m_livingEvents) event->t_ForgetTarget();
     t_ReleaseArgumentCopies();
 
-    const auto customProperties = std::exchange(m_customProperties, {});
-    for (const auto& [name, value] : customProperties) {
+    const auto drop = [this](NPVariant* value) {
         ReleaseVariant(*m_pNPNFuncs, *value);
         delete value;
-    }
+    };
+    for (const auto& [name, value] : std::exchange(m_customProperties, {})) drop(value);
+    for (NPVariant* value : std::exchange(m_unnamedValues, {})) drop(value);
     for (const auto& [name, functor] : std::exchange(m_properties, {})) delete functor;
     for (const auto& [name, functor] : std::exchange(m_methods, {})) delete functor;
 }
@@ -128,32 +130,40 @@ bool JSNPObject::SetProperty(NPIdentifier name, const NPVariant* value) {
     return property->second->SetProp(value);
 }
 
-void JSNPObject::AddCustomProperty(const std::string& name, NPVariant* value) {
-    if (const NPIdentifier id = m_pNPNFuncs->getstringidentifier(name.c_str())) m_customProperties[id] = value;
+// Should there be no memory, the value stays the caller's.
+void JSNPObject::AddCustomProperty(std::string_view name, NPVariant* value) {
+    if (const NPIdentifier id = t_IdentifierOf(name))
+        m_customProperties[id] = value;
+    else
+        m_unnamedValues.push_back(value);
 }
 
-void JSNPObject::t_RegisterProperty(const std::string& name, IPropertyFunctor* functor) {
-    const NPIdentifier id = m_pNPNFuncs->getstringidentifier(name.c_str());
-    if (!id) {
-        delete functor;
-        return;
-    }
+NPIdentifier JSNPObject::t_IdentifierOf(std::string_view name) {
+    return m_pNPNFuncs->getstringidentifier(std::string(name).c_str());
+}
+
+void JSNPObject::t_RegisterProperty(std::string_view name, IPropertyFunctor* functor) {
+    std::unique_ptr<IPropertyFunctor> owned(functor);
+    const NPIdentifier id = t_IdentifierOf(name);
+    if (!id) return;
     m_propertyNames[id] = name;
-    delete std::exchange(m_properties[id], functor);
+    IPropertyFunctor*& registered = m_properties[id];
+    delete std::exchange(registered, owned.release());
 }
 
-void JSNPObject::t_RegisterMethod(const std::string& name, IMethodFunctor* functor) {
-    const NPIdentifier id = m_pNPNFuncs->getstringidentifier(name.c_str());
-    if (!id) {
-        delete functor;
-        return;
-    }
+void JSNPObject::t_RegisterMethod(std::string_view name, IMethodFunctor* functor) {
+    std::unique_ptr<IMethodFunctor> owned(functor);
+    const NPIdentifier id = t_IdentifierOf(name);
+    if (!id) return;
     m_methodNames[id] = name;
-    delete std::exchange(m_methods[id], functor);
+    IMethodFunctor*& registered = m_methods[id];
+    delete std::exchange(registered, owned.release());
 }
 
-void JSNPObject::t_RegisterConstant(const std::string& name, int value) {
-    AddCustomProperty(name, new NPVariant(Int32Variant(value)));
+void JSNPObject::t_RegisterConstant(std::string_view name, int value) {
+    auto owned = std::make_unique<NPVariant>(Int32Variant(value));
+    AddCustomProperty(name, owned.get());
+    owned.release();
 }
 
 bool JSNPObject::m_ToString(const NPVariant*, std::uint32_t, NPVariant* result) {

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "javascript/Functors.h"
@@ -61,13 +62,13 @@ public:
 
     // Adds a read-only value. The object takes the heap variant and releases its value at its end; an earlier value of
     // that name is replaced without being released.
-    void AddCustomProperty(const std::string& name, NPVariant* value);
+    void AddCustomProperty(std::string_view name, NPVariant* value);
 
 protected:
     // Registration; the object takes the functor. A later one of the same name wins.
-    void t_RegisterProperty(const std::string& name, IPropertyFunctor* functor);
-    void t_RegisterMethod(const std::string& name, IMethodFunctor* functor);
-    void t_RegisterConstant(const std::string& name, int value);
+    void t_RegisterProperty(std::string_view name, IPropertyFunctor* functor);
+    void t_RegisterMethod(std::string_view name, IMethodFunctor* functor);
+    void t_RegisterConstant(std::string_view name, int value);
 
     // Conversions: only the types that stand there, no coercion. Doubles are truncated toward zero; outside the range
     // they become the nearest limit, NaN 0.
@@ -136,6 +137,7 @@ private:
     bool m_RemoveEventListener(const NPVariant* args, std::uint32_t argCount, NPVariant* result);
     bool m_ToString(const NPVariant* args, std::uint32_t argCount, NPVariant* result);
 
+    NPIdentifier t_IdentifierOf(std::string_view name);
     bool t_CopyCustomProperty(const NPVariant& stored, NPVariant* result);
     bool t_ListenerArguments(const char* method, const NPVariant* args, std::uint32_t argCount, std::string& type);
     NPVariant t_CopyArgument(const NPVariant& argument);
@@ -148,6 +150,7 @@ private:
     std::map<NPIdentifier, IPropertyFunctor*> m_properties;
     std::map<NPIdentifier, IMethodFunctor*> m_methods;
     std::map<NPIdentifier, NPVariant*> m_customProperties;
+    std::vector<NPVariant*> m_unnamedValues;  // owned too: the browser had no identifier for their names
     std::multimap<std::string, NPObject*> m_listeners;  // each entry holds one reference
     std::string m_className;
 

@@ -99,6 +99,27 @@ TEST_F(ChannelControlFailure, APlatformThatFailsIsReported) {
                     "script.onChannelChangeError(null, 10)"}));
 }
 
+TEST_F(ChannelControlFailure, WithoutABrowserIntegrationNoPageIsBroadcastRelatedAndNoPlayerIsToBeHad) {
+    platform.answers.hasBrowserAPI = false;
+    MakeObject();
+    for (const char* method : {"nextChannel", "prevChannel", "bindToCurrentChannel"}) {
+        ExpectException(Call(method), "SecurityError");
+    }
+    ExpectDone(Call("stop"));
+    ExpectDone(Call("release"));
+    ExpectDone(Call("setChannel", {channel}));
+    ExpectDone(Call("setChannel", {nullptr}));
+    EXPECT_EQ(Calls({"script."}),
+              (List{"script.onChannelChangeError(channel, 11)", "script.onChannelChangeError(null, 11)"}));
+}
+
+TEST_F(ChannelControlFailure, WithoutAChannelCacheThereIsNothingToGiveBack) {
+    platform.answers.hasChannelCache = false;
+    ExpectDone(Call("setChannel", {channel}));
+    EXPECT_EQ(Calls({"player.SetChannel", "script."}),
+              (List{"player.SetChannel(3, true)", "script.onPlayStateChange(1, undefined)"}));
+}
+
 TEST_F(ChannelControlFailure, AnIdIsWrittenWithoutTheGroupingOfTheProcesssLocale) {
     struct Grouping : std::numpunct<char> {
         char do_thousands_sep() const override { return '.'; }

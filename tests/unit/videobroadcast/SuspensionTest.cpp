@@ -145,9 +145,10 @@ TEST_F(Suspension, TheChannelIsKnownAsScrambledOnlyAfterTheRightsWereTold) {
 }
 
 TEST_F(Suspension, TheChannelIsKnownAsScrambledBeforeTheStateIsTold) {
+    bool bound = false;  // the handler stays set
     for (const bool tune : {false, true}) {
         Present();
-        bool bound = false;
+        bound = false;
         SetHandler("onPlayStateChange", [&] {
             if (std::exchange(bound, true)) return;
             Page().Call("stop");

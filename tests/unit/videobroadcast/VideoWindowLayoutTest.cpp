@@ -178,6 +178,12 @@ TEST_F(VideoWindowLayout, WithoutAScreenServiceTheVideoIsPlaced) {
     EXPECT_EQ(Calls({"player.SetVideoWindow"}).size(), 1u);
 }
 
+TEST_F(VideoWindowLayout, WithoutABrowserIntegrationNothingIsPlaced) {
+    platform.answers.hasBrowserAPI = false;
+    EXPECT_TRUE(LayOut().empty());
+    platform.answers.hasBrowserAPI = true;
+}
+
 // A rectangle of the video plane, the panel, and the contrast that goes with them.
 struct ContrastCase {
     TPTRect video;

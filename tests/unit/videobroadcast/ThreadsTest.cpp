@@ -1,0 +1,310 @@
+// Threads of the platform that notify while objects come and go.
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "tests/unit/videobroadcast/ObjectTest.h"
+
+namespace videobroadcast {
+namespace {
+
+using namespace std::chrono_literals;
+
+// How many records the log says were queued, dropped, purged, handled, and asked for without being there.
+struct Counts {
+    std::size_t queued = 0;
+    std::size_t dropped = 0;
+    std::size_t purged = 0;
+    std::size_t handled = 0;
+
+    static Counts OfLog() {
+        Counts counts;
+        for (const std::string& line : support::Log::Instance().Texts()) {
+            counts.queued += line.starts_with("COipfVideoBroadcast::OnEvent(") ? 1 : 0;
+            counts.dropped += line == "OnEvent m_npp is NULL!" ? 1 : 0;
+            counts.purged += line.starts_with("Remove event ") ? 1 : 0;
+            counts.handled += line == "COipfVideoBroadcast::m_HandleAsyncCall()" ? 1 : 0;
+            counts.handled -= line.starts_with("Event id ") ? 1 : 0;
+        }
+        return counts;
+    }
+};
+
+// Objects that live, and those whose end is near: the platform may call an object until it is taken out.
+class Targets {
+public:
+    void Add(Object* object) {
+        const std::lock_guard lock(m_mutex);
+        m_objects.push_back(object);
+    }
+    // When this returns, no call of the object is under way: so the platform keeps its promise about players.
+    void Remove(Object* object) {
+        const std::lock_guard lock(m_mutex);
+        std::erase(m_objects, object);
+    }
+    void Call(std::size_t number, const std::function<void(Object&)>& notification) {
+        const std::lock_guard lock(m_mutex);
+        if (!m_objects.empty()) notification(*m_objects[number % m_objects.size()]);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<Object*> m_objects;
+};
+
+void Notify(Object& object, std::size_t kind) {
+    const auto id = static_cast<unsigned>(kind);
+    switch (kind % 17) {
+        case 0: return object.Suspend();
+        case 1: return object.Resume();
+        case 2: return object.ChannelChanged();
+        case 3: return object.TuneSuccess(id);
+        case 4: return object.TuneFail(id);
+        case 5: return object.ServiceNotAvailable(id);
+        case 6: return object.ParentalRatingChanged(static_cast<char>(id));
+        case 7: return object.ParentalRatingBlocked(id, true);
+        case 8: return object.ParentalRatingBlocked(id, false);
+        case 9: return object.ParentalRatingUnblocked(id);
+        case 10: return object.NoSignal();
+        case 11: return object.Scrambled(static_cast<unsigned short>(id));
+        case 12: return object.ScrambledTune(id);
+        case 13: return object.Unscrambled(static_cast<unsigned short>(id));
+        case 14: return object.UpdateLayout();
+        case 15: return object.OnSASMessageReceived(new SASMessage{4, 1, 0, {{7, {1}}}});
+        default: return object.ProgrammeChanged();
+    }
+}
+
+class Threads : public ObjectTest {
+protected:
+    // Runs `work` on threads of the platform until all are through; meanwhile `main` runs on the main thread.
+    static void Run(std::size_t threads, const std::function<void(std::size_t)>& work,
+                    const std::function<void()>& main) {
+        std::atomic<std::size_t> running = threads;
+        std::vector<std::thread> platformThreads;
+        for (std::size_t i = 0; i < threads; ++i) {
+            platformThreads.emplace_back([&, i] {
+                work(i);
+                --running;
+            });
+        }
+        while (running != 0) main();
+        for (std::thread& thread : platformThreads) thread.join();
+    }
+    // Some of the asynchronous calls, so that others are pending when objects end.
+    void RunSome() {
+        for (int i = 0; i < 20; ++i) browser.Async().RunOne();
+    }
+    // Another thread notifies the object; whether that came to an end within reasonable time. The object must outlive it.
+    static bool AnotherThreadGetsThrough(Object& object) {
+        auto done = std::make_shared<std::promise<void>>();
+        std::future<void> result = done->get_future();
+        std::thread([&object, done] {
+            object.UpdateLayout();
+            done->set_value();
+        }).detach();
+        return result.wait_for(10s) == std::future_status::ready;
+    }
+};
+
+// The browser as real ones are that run nothing but count: the numbers that were asked for.
+std::mutex s_numbersMutex;
+std::vector<std::uintptr_t> s_numbers;
+
+TEST_F(Threads, EveryRecordIsAskedForWhateverTheOthersDo) {
+    constexpr std::size_t kThreads = 4;
+    constexpr std::size_t kEach = 12500;
+    support::Log::Instance().SetLevel(0);
+    s_numbers.clear();
+    browser.Functions()->pluginthreadasynccall = [](NPP, void (*)(void*), void* data) {
+        const std::lock_guard lock(s_numbersMutex);
+        s_numbers.push_back(reinterpret_cast<std::uintptr_t>(data));
+    };
+    Probed object(browser);
+    Run(kThreads, [&](std::size_t) {
+        for (std::size_t i = 0; i < kEach; ++i) object->UpdateLayout();
+    }, [] { std::this_thread::yield(); });
+
+    std::ranges::sort(s_numbers);
+    const auto [first, last] = std::ranges::minmax_element(s_numbers);
+    EXPECT_EQ(*last - *first + 1, kThreads * kEach);
+    const auto repeated = std::ranges::unique(s_numbers);
+    EXPECT_EQ(std::ranges::distance(s_numbers.begin(), repeated.begin()),
+              static_cast<std::ptrdiff_t>(kThreads * kEach));
+}
+
+TEST_F(Threads, ALivingObjectHandlesEveryNotificationOnce) {
+    constexpr std::size_t kThreads = 4;
+    constexpr std::size_t kEach = 12500;
+    support::Log::Instance().SetLevel(0);
+    Probed object(browser);
+    // Ids without an action are counted by the error that each of them logs.
+    Run(kThreads, [&](std::size_t thread) {
+        for (std::size_t i = 0; i < kEach; ++i) object->OnEvent({2000 + static_cast<unsigned>(thread), 0});
+    }, [&] { Pump(); });
+    Pump();
+    for (std::size_t thread = 0; thread < kThreads; ++thread) {
+        ExpectLogged(0, "Recieved event " + std::to_string(2000 + thread) + " in m_OnEvent()", kEach);
+    }
+}
+
+TEST_F(Threads, NoRecordIsLostOrHandledTwiceWhileObjectsComeAndGo) {
+    constexpr std::size_t kThreads = 4;
+    constexpr std::size_t kEach = 5000;
+    Targets targets;
+    std::vector<std::unique_ptr<Probed>> objects;
+    std::atomic<std::size_t> programmeChanges = 0;
+    std::atomic<std::size_t> sent = 0;
+    std::size_t made = 0;
+    browser.pendingCallsEndWithInstance = false;
+    const auto makeOne = [&] {
+        objects.push_back(std::make_unique<Probed>(browser));
+        targets.Add(objects.back()->Get());
+        ++made;
+    };
+    const auto endOne = [&] {
+        Probed& oldest = *objects.front();
+        // Half of them are called until they are gone as objects, the others beyond their invalidation.
+        if (made % 2 == 0) oldest.Invalidate();
+        targets.Remove(oldest.Get());
+        objects.erase(objects.begin());
+    };
+    support::CallList::Instance().Reset();
+    Run(kThreads, [&](std::size_t thread) {
+        for (std::size_t i = 0; i < kEach; ++i) {
+            targets.Call(thread + i, [&](Object& object) {
+                (i % 17 == 16 ? programmeChanges : sent)++;
+                Notify(object, i);
+            });
+        }
+    }, [&] {
+        if (objects.size() < 3) makeOne();
+        RunSome();
+        endOne();
+    });
+    while (!objects.empty()) endOne();
+    Pump();
+
+    const Counts counts = Counts::OfLog();
+    EXPECT_EQ(counts.queued, counts.handled + counts.purged);
+    // Layouts that the objects asked for themselves there are none; programme changes may have been one with another.
+    EXPECT_GE(counts.queued + counts.dropped, sent);
+    EXPECT_LE(counts.queued + counts.dropped, sent + programmeChanges);
+    EXPECT_GT(counts.handled, 0u);
+    EXPECT_EQ(platform.Registrations(), 0u);
+}
+
+TEST_F(Threads, StreamEventsReachEachLivingObjectWhileObjectsComeAndGo) {
+    constexpr std::size_t kThreads = 2;
+    constexpr std::size_t kEach = 2000;
+    std::vector<std::unique_ptr<Probed>> objects;
+    browser.pendingCallsEndWithInstance = false;
+    const Probed permanent(browser);  // keeps the registration
+    Run(kThreads, [&](std::size_t thread) {
+        for (std::size_t i = 0; i < kEach; ++i) platform.DeliverStreamEvent(thread, "name", "data");
+    }, [&] {
+        objects.push_back(std::make_unique<Probed>(browser));
+        RunSome();
+        if (objects.size() > 2) objects.erase(objects.begin());
+    });
+    objects.clear();
+    Pump();
+    const Counts counts = Counts::OfLog();
+    EXPECT_EQ(counts.queued, counts.handled + counts.purged);
+    EXPECT_EQ(counts.dropped, 0u);  // an object in the list has its instance
+    EXPECT_GE(counts.queued, kThreads * kEach);
+}
+
+TEST_F(Threads, ThePlatformNotifiesWhileThePageTakesAndReleasesThePlayer) {
+    constexpr std::size_t kEach = 3000;
+    support::Log::Instance().SetLevel(0);
+    Page();
+    const std::function<void(IBroadcastPlayerListener&)> notifications[] = {
+        [](IBroadcastPlayerListener& listener) { listener.ScrambledTune(0); },
+        [](IBroadcastPlayerListener& listener) { listener.TuneSuccess(0); },
+        [](IBroadcastPlayerListener& listener) { listener.UpdateLayout(); }};
+    Run(std::size(notifications), [&](std::size_t thread) {
+        for (std::size_t delivered = 0; delivered < kEach;) {
+            if (platform.Notify(notifications[thread])) ++delivered;
+        }
+    }, [&] {
+        Page().Call("nextChannel");
+        RunSome();
+        Page().Call("release");
+    });
+    Pump();
+    EXPECT_EQ(platform.HandedOut(), 0u);
+    EXPECT_EQ(browser.Async().Pending(), 0u);
+}
+
+TEST_F(Threads, TheBrowserIsAskedWithoutTheLock) {
+    static Object* other;
+    static std::atomic<bool> throughHeld;
+    static std::atomic<int> depth;
+    const Probed asked(browser);
+    other = asked.Get();
+    throughHeld = false;
+    depth = 0;
+    browser.Functions()->pluginthreadasynccall = [](NPP, void (*)(void*), void*) {
+        if (depth++ == 0) throughHeld = AnotherThreadGetsThrough(*other);
+    };
+    Probed object(browser);
+    object->UpdateLayout();
+    EXPECT_TRUE(throughHeld);
+    throughHeld = false;
+    depth = 0;
+    platform.DeliverStreamEvent(1, "name");
+    EXPECT_TRUE(throughHeld);
+}
+
+TEST_F(Threads, ScriptRunsWithoutTheLock) {
+    const Probed other(browser);
+    bool through = false;
+    SetHandler("onPlayStateChange", [&] { through = AnotherThreadGetsThrough(*other); });
+    Native().ChannelChanged();
+    Pump();
+    EXPECT_TRUE(through);
+}
+
+TEST_F(Threads, ThePlayerIsGivenBackWithoutTheLock) {
+    const Probed other(browser);
+    bool through = false;
+    When("browser.ReleaseBroadcastPlayer", [&] { through = AnotherThreadGetsThrough(*other); });
+    Present();
+    Page().Call("release");
+    EXPECT_TRUE(through);
+    through = false;
+    Present();
+    Page().Invalidate();
+    EXPECT_TRUE(through);
+}
+
+TEST_F(Threads, InvalidationWaitsForACallThatQueuesAndShutsOutLaterOnes) {
+    constexpr int kRounds = 100;
+    browser.pendingCallsEndWithInstance = false;
+    for (int round = 0; round < kRounds; ++round) {
+        Probed object(browser);
+        ClearLog();
+        std::atomic<bool> started = false;
+        std::thread notifier([&] {
+            started = true;
+            for (int i = 0; i < 10; ++i) object->UpdateLayout();
+        });
+        while (!started) std::this_thread::yield();
+        object.Invalidate();
+        notifier.join();
+        Pump();
+        const Counts counts = Counts::OfLog();
+        ASSERT_EQ(counts.queued + counts.dropped, 10u);
+        ASSERT_EQ(counts.queued, counts.purged);
+        ASSERT_EQ(counts.handled, 0u);
+    }
+}
+
+}  // namespace
+}  // namespace videobroadcast

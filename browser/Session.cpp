@@ -254,6 +254,7 @@ void Session::TearDown() {
     m_tour.reset();
     m_inspector.reset();
     if (m_page) {
+        disconnect(m_page.get(), &Page::loaded, this, nullptr);
         m_page->Unload();
     }
     ClosePage();

@@ -10,9 +10,4 @@ void InstallFunctionTable(QWebFrame& frame) {
     frame.evaluateJavaScript(QStringLiteral("%1(this, \"%2\")").arg(s_script, QLatin1String(adapter::kFunctionTable)));
 }
 
-bool HasFunctionTable(QWebFrame& frame) {
-    return frame.evaluateJavaScript(QStringLiteral("\"%1\" in window").arg(QLatin1String(adapter::kFunctionTable)))
-        .toBool();
-}
-
 }  // namespace browser

@@ -5,10 +5,7 @@
 
 namespace browser {
 
-// Puts the table of held functions into a frame's window, before the page's scripts run.
+// Puts the table of held functions into a frame's window, before the page's scripts run; one that is there stays.
 void InstallFunctionTable(QWebFrame& frame);
-
-// Whether that has been done in the window that the frame has now.
-bool HasFunctionTable(QWebFrame& frame);
 
 }  // namespace browser

@@ -47,6 +47,9 @@
         return apply(functions[index], undefined, values);
     }
 
+    if (name in window) {
+        return;
+    }
     Object.defineProperty(window, name, {
         value: function (operation, subject) {
             switch (operation) {

@@ -13,12 +13,10 @@ bool IsTelevisionPage(const QByteArray& type) {
 }  // namespace
 
 QByteArray BrowserContentType(const QByteArray& contentType) {
-    const int end = contentType.indexOf(';');
+    const int semicolon = contentType.indexOf(';');
+    const int end = semicolon < 0 ? contentType.size() : semicolon;
     const QByteArray type = contentType.left(end).trimmed().toLower();
-    if (!IsTelevisionPage(type)) {
-        return contentType;
-    }
-    return end < 0 ? QByteArray(kXhtml) : kXhtml + contentType.mid(end);
+    return IsTelevisionPage(type) ? kXhtml + contentType.mid(end) : contentType;
 }
 
 QByteArray FileContentType(const QUrl& file) {

@@ -37,6 +37,8 @@ Page::Page(BridgeHost& host) : m_host(host) {
     mainFrame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
     connect(this, &QWebPage::frameCreated, this, &Page::WatchFrame);
     connect(this, &QWebPage::loadFinished, this, &Page::LoadFinished);
+    setForwardUnsupportedContent(true);
+    connect(this, &QWebPage::unsupportedContent, this, &Page::RefuseContent);
     connect(&m_network, &PageNetwork::failed, this, &Page::ReportFailure);
     connect(this, &QWebPage::consoleMessageReceived, this, &Page::ReportConsole);
 }
@@ -84,10 +86,8 @@ void Page::WindowCleared(QWebFrame* frame) {
     if (frame == mainFrame()) {
         Q_EMIT committed(frame->url());
     }
-    // The first page of a frame may keep the window of the empty document before it.
-    if (HasFunctionTable(*frame)) {
-        return;
-    }
+    // The first page of a frame may keep the window of the empty document before it, with what that had: the
+    // environment is another, the functions stay.
     delete frame->findChild<PageBridge*>(QString(), Qt::FindDirectChildrenOnly);
     InstallFunctionTable(*frame);
     InstallEnvironment(*frame, *new PageBridge(m_host, frame));
@@ -159,6 +159,13 @@ void Page::ReportFailure(const QUrl& url, const QString& reason) {
     }
     m_failedUrl = url;
     Q_EMIT notLoaded(url, reason);
+}
+
+void Page::RefuseContent(QNetworkReply* reply) {
+    const QString type = reply->header(QNetworkRequest::ContentTypeHeader).toString();
+    ReportFailure(reply->request().url(), QStringLiteral("its content type is \"%1\", which is no page's").arg(type));
+    reply->abort();
+    reply->deleteLater();
 }
 
 void Page::LoadFinished(bool ok) {

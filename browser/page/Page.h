@@ -52,6 +52,7 @@ private:
     void ReportConsole(MessageSource source, MessageLevel level, const QString& message, int line,
                        const QString& file);
     void ReportFailure(const QUrl& url, const QString& reason);
+    void RefuseContent(QNetworkReply* reply);
     void LoadFinished(bool ok);
 
     BridgeHost& m_host;

@@ -89,4 +89,10 @@ QString PageBridge::remote(const QString& line) {
     return m_host.RemoteLine(line);
 }
 
+QVariantMap PageBridge::tuneTimes() const {
+    const television::TuneTimes times = television::Television::Instance().LastTune();
+    return {{QStringLiteral("count"), static_cast<double>(times.count)},
+            {QStringLiteral("toFirstPicture"), times.toFirstPicture}};
+}
+
 }  // namespace browser

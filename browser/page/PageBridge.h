@@ -42,6 +42,8 @@ public Q_SLOTS:
     // The mean colour of a rectangle of the screen: red, green, blue, and the number of pixels.
     QVariantMap pixels(int x, int y, int width, int height) const;
     QString remote(const QString& line);
+    // How many channel changes came to a picture or sound, and how many milliseconds the last one took.
+    QVariantMap tuneTimes() const;
 
 Q_SIGNALS:
     void servicesChanged();

@@ -162,7 +162,7 @@
         var details = { source: "tour", type: event.type };
         if (event.type === "PlayStateChange") {
             details.state = event.state;
-            details.error = event.error === undefined ? null : event.error;
+            details.error = event.error;   // left out when it is undefined
         } else {
             details.channel = describeChannel(event.channel);
         }

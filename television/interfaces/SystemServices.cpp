@@ -1,6 +1,8 @@
 // The platform's applications and its screen settings: there is a recorder, which never runs, and a panel, which only
 // tells what it was set to.
+#include <map>
 #include <string>
+#include <utility>
 
 #include "platform/CAppScreen.h"
 #include "platform/CTaskManager.h"
@@ -36,8 +38,12 @@ private:
 class AppScreen : public CAppScreen {
 public:
     void SetDynamicContrast(int item, int value) override {
-        Log("Picture setting " + std::to_string(item) + " is " + std::to_string(value) + ".");
+        if (std::exchange(m_settings[item], value) != value)
+            Log("Picture setting " + std::to_string(item) + " is " + std::to_string(value) + " now.");
     }
+
+private:
+    std::map<int, int> m_settings;  // the browser's main thread alone
 };
 
 }  // namespace

@@ -1,0 +1,98 @@
+// A listener that keeps what it is told, in order, and can be waited for.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/IBroadcastPlayerListener.h"
+
+namespace television::test {
+
+inline constexpr auto kPatience = std::chrono::seconds(20);
+
+// Waits until something that other threads change becomes true; they say so by Notify.
+class Watch {
+public:
+    void Notify() {
+        { std::lock_guard lock(m_mutex); }
+        m_changed.notify_all();
+    }
+    bool WaitFor(const std::function<bool()>& condition) {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, kPatience, condition);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+};
+
+class RecordingListener : public IBroadcastPlayerListener {
+public:
+    explicit RecordingListener(Watch& watch) : m_watch(watch) {}
+
+    void Suspend() override { Add("Suspend"); }
+    void Resume() override { Add("Resume"); }
+    void ChannelChanged() override { Add("ChannelChanged"); }
+    void TuneSuccess(unsigned int id) override { Add("TuneSuccess " + std::to_string(id)); }
+    void TuneFail(unsigned int id) override { Add("TuneFail " + std::to_string(id)); }
+    void ServiceNotAvailable(unsigned int id) override { Add("ServiceNotAvailable " + std::to_string(id)); }
+    void ProgrammeChanged() override { Add("ProgrammeChanged"); }
+    void ParentalRatingChanged(char rating) override { AddAside("Rating " + std::to_string(rating)); }
+    void ParentalRatingBlocked(unsigned int, bool) override { Add("Blocked"); }
+    void ParentalRatingUnblocked(unsigned int) override { Add("Unblocked"); }
+    void NoSignal() override { Add("NoSignal"); }
+    void Scrambled(unsigned short) override { Add("Scrambled"); }
+    void ScrambledTune(unsigned int) override { Add("ScrambledTune"); }
+    void Unscrambled(unsigned short) override { Add("Unscrambled"); }
+    void UpdateLayout() override { AddAside("UpdateLayout"); }
+
+    // All that was told, without what comes whenever a picture or programme does: ratings and layouts.
+    std::vector<std::string> Told() const {
+        std::lock_guard lock(m_mutex);
+        return m_told;
+    }
+    std::vector<std::string> Aside() const {
+        std::lock_guard lock(m_mutex);
+        return m_aside;
+    }
+    std::thread::id Thread() const {
+        std::lock_guard lock(m_mutex);
+        return m_thread;
+    }
+    bool WaitFor(const std::string& call) {
+        return m_watch.WaitFor([&] {
+            const auto told = Told();
+            return !told.empty() && told.back() == call;
+        });
+    }
+    void Clear() {
+        std::lock_guard lock(m_mutex);
+        m_told.clear();
+        m_aside.clear();
+    }
+
+private:
+    void Add(const std::string& call) { Keep(m_told, call); }
+    void AddAside(const std::string& call) { Keep(m_aside, call); }
+    void Keep(std::vector<std::string>& list, const std::string& call) {
+        {
+            std::lock_guard lock(m_mutex);
+            list.push_back(call);
+            m_thread = std::this_thread::get_id();
+        }
+        m_watch.Notify();
+    }
+
+    Watch& m_watch;
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_told, m_aside;
+    std::thread::id m_thread;
+};
+
+}  // namespace television::test

@@ -1,0 +1,42 @@
+// The television with the demonstration, as the TV browser starts it, and the page's side of it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "platform/CDAEBrowserAPI.h"
+#include "platform/IBroadcastPlayer.h"
+#include "television/Television.h"
+#include "tests/television/RecordingListener.h"
+
+namespace television::test {
+
+// The pictures of the demonstration's services, told apart by their colours.
+enum class Shown { Black, AtlasOne, AtlasTwo, Boreal, Unknown };
+
+Shown What(const Picture* picture);
+
+class TelevisionTest : public testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Starts with a stream instead of the demonstration. What Start returned.
+    std::optional<std::string> StartWith(const std::string& stream);
+    bool WaitForPicture(Shown shown);
+    bool WaitForTunes(std::uint64_t count);
+    unsigned int IdOf(const std::string& name);
+    // Takes the player for a page, with the recording listener.
+    void OpenPage();
+
+    Television& m_television = Television::Instance();
+    CDAEBrowserAPI& m_browser = *CDAEBrowserAPI::Instance();
+    Watch m_watch;
+    RecordingListener m_listener{m_watch};
+    IBroadcastPlayer* m_player = nullptr;
+    bool m_startDemonstration = true;
+};
+
+}  // namespace television::test

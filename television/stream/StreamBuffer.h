@@ -20,7 +20,7 @@ struct ServiceSelection {
     std::uint16_t accessPid = kNullPid;   // begin at a random access point of this PID: video, or audio without video
     std::uint8_t accessType = 0;          // its stream type
     bool accessAnywhere = false;          // each beginning of a unit of that PID is one (sound)
-    std::set<std::uint16_t> pids;         // elementary streams and the clock
+    std::set<std::uint16_t> pids = {};    // elementary streams and the clock
 };
 
 class StreamBuffer {

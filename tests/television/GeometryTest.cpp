@@ -49,8 +49,8 @@ std::string Descriptor(std::string body, char tag) {
 
 TEST(DeliverySystems, AreReadFromTheirThreeDescriptors) {
     DeliverySystem system;
-    EXPECT_EQ(ParseDeliverySystem(Descriptor("\x03\xae\xfc\x80", '\x5a'), system), DsdFault::None);
-    EXPECT_EQ(system.frequency, 61'800'064u);
+    EXPECT_EQ(ParseDeliverySystem(Descriptor("\x03\xae\xfe\x40", '\x5a'), system), DsdFault::None);
+    EXPECT_EQ(system.frequency, 61'800'000u);
     EXPECT_EQ(ParseDeliverySystem(Descriptor("\x03\x46\x12\x34", '\x44'), system), DsdFault::None);
     EXPECT_EQ(system.frequency, 3'461'234u);
     EXPECT_EQ(ParseDeliverySystem(Descriptor("\x01\x17\x56\x12\x01\x92\xe5", '\x43'), system), DsdFault::None);

@@ -20,10 +20,10 @@ struct PacketShape {
     unsigned continuity = 0;
     bool startsUnit = false;
     bool randomAccess = false;
-    std::optional<std::int64_t> clock;         // 27 MHz
-    std::optional<std::int64_t> presentation;  // 90 kHz; begins a PES packet
-    std::optional<std::int64_t> decoding;
-    std::vector<std::uint8_t> payload;  // behind the PES header, where there is one
+    std::optional<std::int64_t> clock = {};         // 27 MHz
+    std::optional<std::int64_t> presentation = {};  // 90 kHz; begins a PES packet
+    std::optional<std::int64_t> decoding = {};
+    std::vector<std::uint8_t> payload = {};  // behind the PES header, where there is one
 };
 
 Packets MakePacket(const PacketShape& shape);

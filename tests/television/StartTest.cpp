@@ -51,9 +51,11 @@ TEST_F(StartTest, RefusesAStreamWithoutServices) {
     using demonstration::MakeSection;
     const TemporaryFile file(DemonstrationWith(
         {{0, kClockRate / 10, [](std::int64_t) {
-              return std::vector<demonstration::Section>{MakeSection({.table = 0, .extension = 1}, Bytes())};
+              const auto networkOnly = Bytes().Put16(0).Put16(0xe010);
+              return std::vector<demonstration::Section>{MakeSection({.table = 0, .extension = 1}, networkOnly)};
           }}}));
-    EXPECT_TRUE(Contains(Refusal(file.Path()), "has no services"));
+    const std::string refusal = Refusal(file.Path());
+    EXPECT_TRUE(Contains(refusal, "has no services")) << refusal;
 }
 
 TEST_F(StartTest, RefusesASchemeThatItDoesNotKnow) {

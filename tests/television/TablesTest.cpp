@@ -25,10 +25,12 @@ constexpr std::int64_t kNoon = 1'700'049'600;  // a whole minute
 // Reads all sections that the tables make at a time.
 class Reading {
 public:
+    // Twice: libdvbpsi knows that an EIT is complete when its first section comes again.
     void Read(const std::vector<RepeatedTable>& tables, std::int64_t now) {
-        for (const RepeatedTable& table : tables)
-            for (const Section& section : table.make(now))
-                Read(section, table.pid);
+        for (int round = 0; round < 2; ++round)
+            for (const RepeatedTable& table : tables)
+                for (const Section& section : table.make(now))
+                    Read(section, table.pid);
     }
     void Read(const Section& section, std::uint16_t pid) {
         Packets packets;
@@ -59,7 +61,7 @@ TEST(Sections, AreCutIntoPacketsThatCount) {
     EXPECT_TRUE(StartsUnit(packets.data()));
     EXPECT_FALSE(StartsUnit(packets.data() + kPacketSize));
     EXPECT_EQ(ContinuityOf(packets.data() + kPacketSize), 0);
-    EXPECT_EQ(continuity, 2);
+    EXPECT_EQ(continuity & 15, 2);
 }
 
 TEST(DvbTimes, AreReadAsTheyAreWritten) {

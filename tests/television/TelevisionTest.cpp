@@ -46,8 +46,9 @@ Shown What(const Picture* picture) {
 }
 
 void TelevisionTest::SetUp() {
-    if (m_startDemonstration)
+    if (m_startDemonstration) {
         ASSERT_EQ(StartWith(""), std::nullopt);
+    }
 }
 
 void TelevisionTest::TearDown() { m_television.Stop(); }

@@ -11,7 +11,8 @@ class ChannelControlTune : public ScriptedObjectNumbersTest {};
 INSTANTIATE_TEST_SUITE_P(Numbers, ChannelControlTune, BothNumbers());
 
 TEST_P(ChannelControlTune, AnIdFromMidIsTunedWithoutReadingAnythingElse) {
-    FakeObject& channel = MakeChannel({{"mid", 7}, {"dsd", "0A1b"}, {"idType", 12}, {"sid", 1}, {"onid", 2}, {"tsid", 3}});
+    FakeObject& channel =
+        MakeChannel({{"mid", 7}, {"dsd", "0A1b"}, {"idType", 12}, {"sid", 1}, {"onid", 2}, {"tsid", 3}});
     ExpectDone(Call("setChannel", {channel}));
     EXPECT_EQ(channel.Reads(), List{"mid"});
     ExpectLogged(3, "Got channel id 7");

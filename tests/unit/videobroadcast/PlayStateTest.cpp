@@ -191,7 +191,8 @@ protected:
 TEST_F(PlayStateCauses, BindingToAClearChannelConnectsThenPresents) {
     SetHandler("onPlayStateChange");
     Page().Call("bindToCurrentChannel");
-    EXPECT_EQ(StatesTold(), (Lines{"script.onPlayStateChange(1, undefined)", "script.onPlayStateChange(2, undefined)"}));
+    EXPECT_EQ(StatesTold(),
+              (Lines{"script.onPlayStateChange(1, undefined)", "script.onPlayStateChange(2, undefined)"}));
 }
 
 TEST_F(PlayStateCauses, StopAndReleaseCarryNoError) {
@@ -199,7 +200,8 @@ TEST_F(PlayStateCauses, StopAndReleaseCarryNoError) {
     SetHandler("onPlayStateChange");
     Page().Call("stop");
     Page().Call("release");
-    EXPECT_EQ(StatesTold(), (Lines{"script.onPlayStateChange(3, undefined)", "script.onPlayStateChange(0, undefined)"}));
+    EXPECT_EQ(StatesTold(),
+              (Lines{"script.onPlayStateChange(3, undefined)", "script.onPlayStateChange(0, undefined)"}));
 }
 
 TEST_F(PlayStateCauses, StopInsideTheHandlerStops) {
@@ -218,7 +220,8 @@ TEST_F(PlayStateCauses, StopInsideTheHandlerKeepsBindingFromPresenting) {
         if (PlayState() == kConnecting) Page().Call("stop");
     });
     Page().Call("bindToCurrentChannel");
-    EXPECT_EQ(StatesTold(), (Lines{"script.onPlayStateChange(1, undefined)", "script.onPlayStateChange(3, undefined)"}));
+    EXPECT_EQ(StatesTold(),
+              (Lines{"script.onPlayStateChange(1, undefined)", "script.onPlayStateChange(3, undefined)"}));
     ExpectLogged(2, "Invalid transition from 3 to 2 with (err 1000)");
     EXPECT_EQ(PlayState(), kStopped);
 }

@@ -82,7 +82,8 @@ TEST(SlotOrder, OfTheBases) {
     EXPECT_EQ(at(static_cast<OipfJavaScript::JSNPObject*>(object)), 0x10000u);
     EXPECT_EQ(at(static_cast<NPObject*>(object)), 0x10000u + sizeof(void*));
     EXPECT_LT(at(static_cast<NPObject*>(object)), at(static_cast<IBroadcastPlayerListener*>(object)));
-    EXPECT_EQ(at(static_cast<ISASListener*>(object)), at(static_cast<IBroadcastPlayerListener*>(object)) + sizeof(void*));
+    EXPECT_EQ(at(static_cast<ISASListener*>(object)),
+              at(static_cast<IBroadcastPlayerListener*>(object)) + sizeof(void*));
 }
 
 // What stands in a place of the table is what the place is for.

@@ -7,7 +7,8 @@
 namespace videobroadcast {
 namespace {
 
-const char* const kCallbackLine = "[CplVideoBroadcast::DsmEventCallback] sending copy of stream related event to browser";
+const char* const kCallbackLine =
+    "[CplVideoBroadcast::DsmEventCallback] sending copy of stream related event to browser";
 const char* const kNoCallback = "[m_HandleStreamEventCallback] there is no callback";
 
 class StreamEvents : public ObjectTest {
@@ -64,7 +65,6 @@ TEST_F(StreamEvents, TheCallbackQueuesOneRecordForEachLivingObject) {
 TEST_F(StreamEvents, EachObjectGetsACopyInTheOrderOfTheObjects) {
     SetHandler("onStreamEvent");
     Probed second(browser);
-    browser.MayKeep(browser.MakeFunction("unused"));
     SetHandler(second.Get(), "onStreamEvent");
     Deliver(1, "name", "data");
     EXPECT_EQ(Calls({"script.onStreamEvent"}),
@@ -82,7 +82,8 @@ TEST_F(StreamEvents, TheEventHasNameDataTextAndStatus) {
     EXPECT_EQ(Heard(), Lines{"event handler: StreamEvent{name: \"name\", data: \"0AFF7A\", text: \"\x0A\xFFz\", "
                              "status: \"trigger\"}"});
     Deliver(1, "other", "A", 1);
-    EXPECT_EQ(Heard(), Lines{"event handler: StreamEvent{name: \"other\", data: \"41\", text: \"A\", status: \"error\"}"});
+    EXPECT_EQ(Heard(),
+              Lines{"event handler: StreamEvent{name: \"other\", data: \"41\", text: \"A\", status: \"error\"}"});
     Deliver(1, "other", "A", 7);
     EXPECT_EQ(Heard(),
               Lines{"event handler: StreamEvent{name: \"other\", data: \"41\", text: \"A\", status: \"unknown\"}"});

@@ -61,11 +61,17 @@ void Page::Open(const QUrl& url) {
 
 void Page::Unload() {
     constexpr int kPatience = 2000;  // milliseconds: a page must not keep the program from ending
-    QEventLoop left;
-    connect(this, &Page::committed, &left, &QEventLoop::quit);
-    QTimer::singleShot(kPatience, &left, &QEventLoop::quit);
+    QEventLoop loop;
+    bool gone = false;
+    connect(this, &QWebPage::loadFinished, &loop, [&] {
+        gone = true;
+        loop.quit();
+    });
+    QTimer::singleShot(kPatience, &loop, &QEventLoop::quit);
     Open(QUrl(QStringLiteral("about:blank")));
-    left.exec();
+    if (!gone) {
+        loop.exec();
+    }
 }
 
 QVariant Page::Evaluate(const QString& script) {

@@ -51,6 +51,7 @@ bool RecordingPlatform::Enter(const std::string& operation, const std::string& a
 }
 
 IBroadcastPlayer* RecordingPlatform::HandOutPlayer() {
+    const std::lock_guard lock(m_listenerMutex);  // Listener looks at the players, too
     while (m_players.size() < answers.players) {
         const std::size_t number = m_players.size() + 1;
         m_players.push_back(

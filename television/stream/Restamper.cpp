@@ -1,3 +1,4 @@
+// How long a turn of the stream is, and what its clocks, times and counters become.
 #include "television/stream/Restamper.h"
 
 #include <algorithm>
@@ -12,8 +13,7 @@ constexpr std::int64_t kLargestStandstill = kClockRate / 5;
 void Restamper::Next(std::uint8_t* packet) {
     const std::uint16_t pid = PidOf(packet);
     ++m_packets;
-    if (pid == kNullPid)
-        return;
+    if (pid == kNullPid) return;
     if (const auto clock = ClockOf(packet)) {
         ObserveClock(pid, *clock);
         SetClock(packet, RestampedClock(pid, *clock));
@@ -22,8 +22,7 @@ void Restamper::Next(std::uint8_t* packet) {
     if (times.presentation) {
         ObserveTimes(pid, times);
         times.presentation = Wrapped(*times.presentation + m_shift / 300, kTimeWrap);
-        if (times.decoding)
-            times.decoding = Wrapped(*times.decoding + m_shift / 300, kTimeWrap);
+        if (times.decoding) times.decoding = Wrapped(*times.decoding + m_shift / 300, kTimeWrap);
         SetTimes(packet, times);
     }
     RestampCounter(packet, m_counters[pid]);
@@ -51,10 +50,8 @@ void Restamper::RestampCounter(std::uint8_t* packet, Counter& counter) {
 }
 
 void Restamper::ObserveClock(std::uint16_t pid, std::int64_t clock) {
-    if (m_clockPid == kNullPid)
-        m_clockPid = pid;
-    if (pid != m_clockPid)
-        return;
+    if (m_clockPid == kNullPid) m_clockPid = pid;
+    if (pid != m_clockPid) return;
     if (!m_firstClock) {
         m_firstClock = clock;
         m_packetsAtFirst = m_packets;
@@ -64,8 +61,7 @@ void Restamper::ObserveClock(std::uint16_t pid, std::int64_t clock) {
 }
 
 void Restamper::ObserveTimes(std::uint16_t pid, const PesTimes& times) {
-    if (pid != m_clockPid)
-        return;
+    if (pid != m_clockPid) return;
     const std::int64_t decoding = times.decoding.value_or(*times.presentation);
     if (!m_firstTime) {
         m_firstTime = *times.presentation;
@@ -82,27 +78,25 @@ void Restamper::ObserveTimes(std::uint16_t pid, const PesTimes& times) {
 std::int64_t Restamper::LengthByClock() const {
     const std::int64_t span = WrappedDifference(m_lastClock, *m_firstClock, kClockWrap);
     const std::int64_t packets = m_packetsAtLast - m_packetsAtFirst;
-    if (packets <= 0)
-        return span;
+    if (packets <= 0) return span;
     return span + span / packets * (m_packets - packets);
 }
 
-// The clock tells how long a turn is, to within a packet's distance. The pictures tell it exactly, and a whole number of
-// them leaves no gap and no overlap; so theirs is taken when the two agree and no clock runs backwards by it.
+// The clock tells how long a turn is, to within a packet's distance. The pictures tell it exactly, and a whole number
+// of them leaves no gap and no overlap; so theirs is taken when the two agree. A multiplexer may send its last clocks
+// after that end: then they stand still at the seam, for as long as that is allowed.
 std::int64_t Restamper::LengthOfTurn() const {
-    if (!m_firstClock)
-        return 0;
+    if (!m_firstClock) return 0;
     const std::int64_t byClock = LengthByClock();
     const std::int64_t byPictures = (m_latest - m_earliest + m_frame) * 300;
     const std::int64_t span = WrappedDifference(m_lastClock, *m_firstClock, kClockWrap);
     const bool agree = m_frame > 0 && std::abs(byPictures - byClock) < kClockRate / 2;
-    return agree && byPictures > span ? byPictures : byClock;
+    return agree && span - byPictures < kLargestStandstill ? byPictures : byClock;
 }
 
 void Restamper::TurnAround() {
     m_shift = Wrapped(m_shift + LengthOfTurn() / 300 * 300, kClockWrap);
-    for (Counter& counter : m_counters)
-        counter.joining = counter.seen;
+    for (Counter& counter : m_counters) counter.joining = counter.seen;
     m_firstClock.reset();
     m_firstTime.reset();
     m_packets = 0;

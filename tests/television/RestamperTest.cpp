@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <map>
 
-#include "tests/television/Packets.h"
 #include "television/stream/FileSource.h"
 #include "television/stream/Restamper.h"
+#include "tests/television/Packets.h"
 
 namespace television::test {
 namespace {
@@ -18,8 +18,12 @@ Packets ShortStream() {
     Packets stream;
     for (unsigned i = 0; i < 10; ++i) {
         const std::int64_t time = 900'000 + i * kFrame;
-        Append(stream, MakePacket({.pid = 0x101, .continuity = (2 * i) & 15, .startsUnit = true,
-                                   .clock = (time - 45'000) * 300, .presentation = time, .decoding = time - kFrame}));
+        Append(stream, MakePacket({.pid = 0x101,
+                                   .continuity = (2 * i) & 15,
+                                   .startsUnit = true,
+                                   .clock = (time - 45'000) * 300,
+                                   .presentation = time,
+                                   .decoding = time - kFrame}));
         Append(stream, MakePacket({.pid = 0x101, .continuity = (2 * i + 1) & 15}));
         Append(stream, MakePacket({.pid = 0x102, .continuity = i & 15, .startsUnit = true, .presentation = time}));
     }
@@ -31,8 +35,7 @@ Packets Turns(const Packets& stream, int turns) {
     Restamper restamper;
     for (int turn = 0; turn < turns; ++turn) {
         Packets copy = stream;
-        for (std::size_t at = 0; at < copy.size(); at += kPacketSize)
-            restamper.Next(copy.data() + at);
+        for (std::size_t at = 0; at < copy.size(); at += kPacketSize) restamper.Next(copy.data() + at);
         restamper.TurnAround();
         Append(all, copy);
     }
@@ -45,8 +48,7 @@ TEST(Restamper, KeepsPicturesAtTheirDistanceOverTheSeam) {
     const Packets packets = Turns(ShortStream(), 3);
     std::vector<PesTimes> times;
     for (const auto* packet : OfPid(packets, 0x101))
-        if (StartsUnit(packet))
-            times.push_back(TimesOf(packet));
+        if (StartsUnit(packet)) times.push_back(TimesOf(packet));
     ASSERT_EQ(times.size(), 30u);
     for (std::size_t i = 1; i < times.size(); ++i) {
         EXPECT_EQ(*times[i].presentation - *times[i - 1].presentation, kFrame) << i;
@@ -64,6 +66,24 @@ TEST(Restamper, KeepsSoundAndClockWithThePictures) {
     }
 }
 
+TEST(Restamper, KeepsPicturesAtTheirDistanceWhereTheLastClockComesAfterTheirEnd) {
+    Packets stream = ShortStream();
+    const std::int64_t end = (900'000 + 10 * kFrame - 45'000) * 300;
+    Append(stream, MakePacket({.pid = 0x101, .continuity = 3, .clock = end + kClockRate / 60}));
+    const Packets packets = Turns(stream, 3);
+    std::optional<std::int64_t> time, clock;
+    for (const auto* packet : OfPid(packets, 0x101)) {
+        if (const auto next = TimesOf(packet).presentation) {
+            EXPECT_EQ(*next - time.value_or(*next - kFrame), kFrame);
+            time = next;
+        }
+        if (const auto next = ClockOf(packet)) {
+            EXPECT_GT(*next, clock.value_or(0));
+            clock = next;
+        }
+    }
+}
+
 TEST(Restamper, CountsContinuityOverTheSeam) {
     const Packets packets = Turns(ShortStream(), 3);
     for (const std::uint16_t pid : {0x101, 0x102}) {
@@ -77,14 +97,19 @@ TEST(Restamper, WrapsTimesAfterTwentySixHours) {
     Packets stream;
     for (unsigned i = 0; i < 10; ++i) {
         const std::int64_t time = kTimeWrap - 5 * kFrame + i * kFrame;
-        Append(stream, MakePacket({.pid = 0x101, .continuity = i, .startsUnit = true,
-                                   .clock = Wrapped(time, kTimeWrap) * 300, .presentation = Wrapped(time, kTimeWrap)}));
+        Append(stream, MakePacket({.pid = 0x101,
+                                   .continuity = i,
+                                   .startsUnit = true,
+                                   .clock = Wrapped(time, kTimeWrap) * 300,
+                                   .presentation = Wrapped(time, kTimeWrap)}));
     }
     const Packets packets = Turns(stream, 2);
     const auto pictures = OfPid(packets, 0x101);
     for (std::size_t i = 1; i < pictures.size(); ++i)
-        EXPECT_EQ(WrappedDifference(*TimesOf(pictures[i]).presentation, *TimesOf(pictures[i - 1]).presentation,
-                                    kTimeWrap), kFrame) << i;
+        EXPECT_EQ(
+            WrappedDifference(*TimesOf(pictures[i]).presentation, *TimesOf(pictures[i - 1]).presentation, kTimeWrap),
+            kFrame)
+            << i;
 }
 
 // The real stream: three turns of the demonstration's file.
@@ -93,8 +118,7 @@ protected:
     void SetUp() override {
         FileSource source(DEMONSTRATION_STREAM);
         ASSERT_EQ(source.Open(), std::nullopt);
-        while (m_packets.size() < 3 * 7'300'000u)
-            ASSERT_EQ(source.Read(m_packets), PacketSource::Result::Packets);
+        while (m_packets.size() < 3 * 7'300'000u) ASSERT_EQ(source.Read(m_packets), PacketSource::Result::Packets);
     }
     Packets m_packets;
 };
@@ -117,8 +141,7 @@ TEST_F(PlayedFile, HasAPictureEachFortyMilliseconds) {
         std::optional<std::int64_t> last;
         for (const auto* packet : OfPid(m_packets, pid)) {
             const auto time = TimesOf(packet).presentation;
-            if (!time)
-                continue;
+            if (!time) continue;
             ASSERT_EQ(WrappedDifference(*time, last.value_or(*time - kFrame), kTimeWrap), kFrame) << pid;
             last = time;
         }
@@ -129,8 +152,7 @@ TEST_F(PlayedFile, HasSoundWithoutAGap) {
     std::optional<std::int64_t> last;
     for (const auto* packet : OfPid(m_packets, 0x102)) {
         const auto time = TimesOf(packet).presentation;
-        if (!time)
-            continue;
+        if (!time) continue;
         ASSERT_NEAR(WrappedDifference(*time, last.value_or(*time - 2160), kTimeWrap), 2160, 1) << "one frame of 24 ms";
         last = time;
     }
@@ -141,8 +163,7 @@ TEST_F(PlayedFile, HasClocksThatNeverRunBackwards) {
     for (std::size_t at = 0; at < m_packets.size(); at += kPacketSize) {
         const auto* packet = m_packets.data() + at;
         const auto clock = ClockOf(packet);
-        if (!clock)
-            continue;
+        if (!clock) continue;
         if (const auto known = last.find(PidOf(packet)); known != last.end()) {
             const auto step = WrappedDifference(*clock, known->second, kClockWrap);
             ASSERT_GT(step, 0) << PidOf(packet);

@@ -1,3 +1,4 @@
+// Switching the television on and off, and handing its one player out.
 #include "television/Core.h"
 
 #include <gst/gst.h>
@@ -35,12 +36,9 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     SetLogSink(observer.log);
     std::string error;
     auto source = SourceOf(configuration, error);
-    if (!source)
-        return error;
-    if (progress)
-        progress("Opening " + (configuration.stream.empty() ? "the demonstration" : configuration.stream));
-    if (auto fault = source->Open())
-        return fault;
+    if (!source) return error;
+    if (progress) progress("Opening " + (configuration.stream.empty() ? "the demonstration" : configuration.stream));
+    if (auto fault = source->Open()) return fault;
     LoadElements();
     auto set = std::make_shared<TelevisionSet>(m_gate, observer, configuration.sound ? FindAudioSink() : "fakesink");
     if (auto fault = set->Start(std::move(source), progress)) {
@@ -58,8 +56,7 @@ void Core::SwitchOff() {
     std::unique_lock lock(m_mutex);
     const auto set = std::exchange(m_set, nullptr);
     lock.unlock();
-    if (set)
-        set->Shutdown();
+    if (set) set->Shutdown();
     SetLogSink({});
 }
 
@@ -70,13 +67,11 @@ bool Core::TakePlayer() {
 
 bool Core::GiveBackPlayer() {
     std::unique_lock lock(m_mutex);
-    if (!std::exchange(m_playerHeld, false))
-        return false;
+    if (!std::exchange(m_playerHeld, false)) return false;
     const auto set = m_set;
     lock.unlock();
     m_gate.Set(nullptr);
-    if (set)
-        set->ThePresentation().Unbind();
+    if (set) set->ThePresentation().Unbind();
     return true;
 }
 

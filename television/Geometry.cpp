@@ -1,3 +1,4 @@
+// Rectangles that are fitted and converted.
 #include "television/Geometry.h"
 
 #include <cmath>
@@ -15,8 +16,7 @@ double Scaled(double edge, double fromStart, double fromLength, double toStart, 
 }  // namespace
 
 TPTRect Fit(const TPTRect& outer, double aspectRatio) {
-    if (outer.width <= 0 || outer.height <= 0 || !(aspectRatio > 0))
-        return outer;
+    if (outer.width <= 0 || outer.height <= 0 || !(aspectRatio > 0)) return outer;
     TPTRect inner = outer;
     if (outer.width > outer.height * aspectRatio)
         inner.width = Rounded(outer.height * aspectRatio);
@@ -29,8 +29,7 @@ TPTRect Fit(const TPTRect& outer, double aspectRatio) {
 
 bool Convert(const TPTRect& rectangle, const TPTRect& from, const TPTRect& to, TPTRect& result) {
     result = rectangle;
-    if (from.width <= 0 || from.height <= 0)
-        return false;
+    if (from.width <= 0 || from.height <= 0) return false;
     const auto x = [&](double edge) { return Rounded(Scaled(edge, from.x, from.width, to.x, to.width)); };
     const auto y = [&](double edge) { return Rounded(Scaled(edge, from.y, from.height, to.y, to.height)); };
     result.x = x(rectangle.x);

@@ -23,8 +23,7 @@ public:
     // Calls the listener if there is one and `wanted` is still true. Not from a listener call.
     bool Tell(const std::function<bool()>& wanted, const std::function<void(IBroadcastPlayerListener&)>& call) {
         std::lock_guard lock(m_mutex);
-        if (!m_listener || !wanted())
-            return false;
+        if (!m_listener || !wanted()) return false;
         call(*m_listener);
         return true;
     }

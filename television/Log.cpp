@@ -1,3 +1,4 @@
+// The output behind the log lines, which outlives everything that writes to it.
 #include "television/Log.h"
 
 #include <cstdio>
@@ -32,8 +33,7 @@ void SetLogSink(LogSink sink) {
 }
 
 void Log(const std::string& line) {
-    if (const auto sink = Sink())
-        (*sink)(line);
+    if (const auto sink = Sink()) (*sink)(line);
 }
 
 void LogPluginLine(const std::string& line) {

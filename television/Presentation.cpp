@@ -48,8 +48,7 @@ void Presentation::BeginSession(Report report) {
 }
 
 bool Presentation::Select(unsigned int id, Report report, bool announce) {
-    if (!m_around.directory.Find(id))
-        return false;
+    if (!m_around.directory.Find(id)) return false;
     auto closed = m_around.gate.Close();
     std::unique_lock lock(m_mutex);
     const std::uint64_t request = ++m_state.request;
@@ -64,24 +63,21 @@ bool Presentation::Select(unsigned int id, Report report, bool announce) {
     lock.unlock();
     closed.unlock();
 
-    if (announce && !(continues && presented))
-        m_around.queue.Post([=, this] { Announce(request); });
+    if (announce && !(continues && presented)) m_around.queue.Post([=, this] { Announce(request); });
     if (!continues) {
         m_around.screen.Begin(session);
         PostSession(session);
     } else if (presented && !announce) {
         m_around.queue.Post([=, this] { ReportSuccess(report, request, id); });
     }
-    if (changed)
-        m_around.channelChanged();
+    if (changed) m_around.channelChanged();
     return true;
 }
 
 void Presentation::Bind() {
     const auto closed = m_around.gate.Close();
     std::lock_guard lock(m_mutex);
-    if (m_state.selected == 0 || m_state.phase == Phase::Presented)
-        return;
+    if (m_state.selected == 0 || m_state.phase == Phase::Presented) return;
     if (m_state.phase == Phase::Tuning) {
         m_state.report = Report::OnlyFailure;
         return;
@@ -101,15 +97,13 @@ void Presentation::Halt(bool deselect) {
     const std::uint64_t session = ++m_state.session;
     m_state.phase = Phase::Idle;
     m_state.report = Report::Nothing;
-    if (deselect && m_state.selected != 0)
-        m_state.last = std::exchange(m_state.selected, 0);
+    if (deselect && m_state.selected != 0) m_state.last = std::exchange(m_state.selected, 0);
     lock.unlock();
     closed.unlock();
 
     m_around.screen.Begin(session);
     m_around.queue.Post([=, this] { CloseUnless(session); });
-    if (deselect)
-        m_around.channelChanged();
+    if (deselect) m_around.channelChanged();
 }
 
 void Presentation::Unbind() {
@@ -119,16 +113,14 @@ void Presentation::Unbind() {
         ++m_state.request;
         m_state.report = Report::Nothing;
         reselected = m_state.selected == 0 && m_state.last != 0;
-        if (reselected)
-            m_state.selected = m_state.last;
+        if (reselected) m_state.selected = m_state.last;
         if (m_state.selected != 0 && m_state.phase == Phase::Idle) {
             BeginSession(Report::Nothing);
             PostSession(m_state.session);
         }
     }
     m_around.screen.SetFullScreen();
-    if (reselected)
-        m_around.channelChanged();
+    if (reselected) m_around.channelChanged();
 }
 
 void Presentation::Suspend() {
@@ -143,10 +135,8 @@ void Presentation::Suspend() {
 bool Presentation::Resume() {
     const bool known = m_around.directory.Find(Selected()).has_value();
     std::lock_guard lock(m_mutex);
-    if (!std::exchange(m_state.suspended, false) || m_state.phase == Phase::Idle)
-        return true;
-    if (!known)
-        return false;
+    if (!std::exchange(m_state.suspended, false) || m_state.phase == Phase::Idle) return true;
+    if (!known) return false;
     const Report reports[] = {Report::Nothing, m_state.report, Report::OnlyFailure, Report::OnlySuccess};
     BeginSession(reports[static_cast<std::size_t>(m_state.phase)]);
     PostSession(m_state.session);
@@ -184,8 +174,7 @@ void Presentation::SetVolume(int volume) {
         m_state.volume = std::clamp(volume, 0, 100);
     }
     m_around.queue.Post([this] {
-        if (m_decoder)
-            m_decoder->SetVolume(Volume());
+        if (m_decoder) m_decoder->SetVolume(Volume());
     });
 }
 

@@ -1,6 +1,7 @@
 // How a channel comes to be presented, and what is reported of it: the part on the television's thread.
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <utility>
 
 #include "television/Log.h"
@@ -18,8 +19,7 @@ constexpr auto kAfterFault = std::chrono::seconds(1);
 
 std::optional<Component> FirstOf(const Route& route, ComponentType type) {
     for (const Component& component : route.components)
-        if (component.type == type)
-            return component;
+        if (component.type == type) return component;
     return std::nullopt;
 }
 
@@ -32,8 +32,7 @@ ServiceSelection SelectionOf(const Route& route, const DecoderPlan& plan) {
     selection.accessAnywhere = !plan.video;
     selection.pids = {route.clockPid};
     for (const auto& component : {plan.video, plan.audio})
-        if (component)
-            selection.pids.insert(component->pid);
+        if (component) selection.pids.insert(component->pid);
     return selection;
 }
 
@@ -56,8 +55,7 @@ void Presentation::Announce(std::uint64_t request) {
 }
 
 void Presentation::RunSession(std::uint64_t session) {
-    if (!IsCurrent(session))
-        return;
+    if (!IsCurrent(session)) return;
     m_around.screen.Continue(session);
     CloseDecoder();
     m_route = m_around.directory.RouteTo(Selected());
@@ -65,8 +63,7 @@ void Presentation::RunSession(std::uint64_t session) {
         Fail(session, Fault::NotInStream);
         return;
     }
-    if (m_route.state == Route::State::Ready)
-        OpenDecoder(session);
+    if (m_route.state == Route::State::Ready) OpenDecoder(session);
     m_around.queue.PostAt(Since() + kPatience, [=, this] { Fail(session, Fault::NoPicture); });
 }
 
@@ -75,8 +72,7 @@ void Presentation::Restart() {
     std::uint64_t session = 0;
     {
         std::lock_guard lock(m_mutex);
-        if (m_state.phase == Phase::Idle || m_state.suspended)
-            return;
+        if (m_state.phase == Phase::Idle || m_state.suspended) return;
         const Report reports[] = {Report::Nothing, m_state.report, Report::OnlyFailure, Report::OnlySuccess};
         const auto since = m_state.phase == Phase::Tuning ? m_state.since : Clock::now();
         BeginSession(reports[static_cast<std::size_t>(m_state.phase)]);
@@ -94,15 +90,14 @@ void Presentation::OpenDecoder(std::uint64_t session) {
     plan.audioSink = m_audioSink;
     plan.volume = Volume();
     m_decoder = std::make_unique<Decoder>(plan, Events(session, plan.video.has_value()));
-    m_around.buffer.Attach(SelectionOf(m_route, plan), [decoder = m_decoder.get()](std::vector<std::uint8_t>&& packets) {
-        decoder->Feed(std::move(packets));
-    });
+    m_around.buffer.Attach(
+        SelectionOf(m_route, plan),
+        [decoder = m_decoder.get()](std::vector<std::uint8_t>&& packets) { decoder->Feed(std::move(packets)); });
 }
 
 DecoderEvents Presentation::Events(std::uint64_t session, bool hasVideo) {
     const auto first = [=, this, seen = std::make_shared<std::atomic<bool>>(false)] {
-        if (!seen->exchange(true))
-            m_around.queue.Post([=, this, when = Clock::now()] { Succeed(session, when); });
+        if (!seen->exchange(true)) m_around.queue.Post([=, this, when = Clock::now()] { Succeed(session, when); });
     };
     DecoderEvents events;
     events.picture = [=, this](std::shared_ptr<const Picture> picture) {
@@ -110,8 +105,7 @@ DecoderEvents Presentation::Events(std::uint64_t session, bool hasVideo) {
         first();
     };
     events.firstSound = [=] {
-        if (!hasVideo)
-            first();
+        if (!hasVideo) first();
     };
     events.fault = [=, this](const std::string& text, bool soundDevice) {
         Log((soundDevice ? "The sound device failed: " : "Decoding failed: ") + text + ".");
@@ -133,26 +127,22 @@ void Presentation::CloseUnless(std::uint64_t session) {
     std::unique_lock lock(m_mutex);
     const bool newer = m_state.session != session;
     lock.unlock();
-    if (!newer)
-        CloseDecoder();
+    if (!newer) CloseDecoder();
 }
 
 void Presentation::SoundFailed(std::uint64_t session) {
-    if (!IsCurrent(session) || m_audioSink == "fakesink")
-        return;
+    if (!IsCurrent(session) || m_audioSink == "fakesink") return;
     m_audioSink = "fakesink";
     Restart();
 }
 
 void Presentation::DecodingFailed(std::uint64_t session) {
-    if (IsCurrent(session))
-        Restart();
+    if (IsCurrent(session)) Restart();
 }
 
 void Presentation::Succeed(std::uint64_t session, Clock::time_point when) {
     std::unique_lock lock(m_mutex);
-    if (m_state.session != session || m_state.suspended || m_state.phase == Phase::Presented)
-        return;
+    if (m_state.session != session || m_state.suspended || m_state.phase == Phase::Presented) return;
     const bool late = m_state.phase == Phase::Failed;
     const Report report = late ? Report::OnlySuccess : m_state.report;
     m_state.phase = Phase::Presented;
@@ -160,8 +150,10 @@ void Presentation::Succeed(std::uint64_t session, Clock::time_point when) {
     m_state.times = {m_state.times.count + 1, Milliseconds(when - m_state.since)};
     const auto request = m_state.request;
     const auto id = m_state.selected;
+    const double duration = m_state.times.toFirstPicture;
     lock.unlock();
 
+    Log("Channel " + std::to_string(id) + " is presented, after " + std::to_string(std::lround(duration)) + " ms.");
     ReportSuccess(report, request, id);
     m_toldRating.reset();
     WatchProgrammes();
@@ -170,8 +162,7 @@ void Presentation::Succeed(std::uint64_t session, Clock::time_point when) {
 
 void Presentation::Fail(std::uint64_t session, Fault fault) {
     std::unique_lock lock(m_mutex);
-    if (m_state.session != session || m_state.suspended || m_state.phase != Phase::Tuning)
-        return;
+    if (m_state.session != session || m_state.suspended || m_state.phase != Phase::Tuning) return;
     const Report report = std::exchange(m_state.report, Report::Nothing);
     m_state.phase = Phase::Failed;
     const auto request = m_state.request;
@@ -186,16 +177,14 @@ void Presentation::Fail(std::uint64_t session, Fault fault) {
 
 void Presentation::ReportSuccess(Report report, std::uint64_t request, unsigned int id) {
     if (report == Report::Channel)
-        Tell(request, [id](IBroadcastPlayerListener& listener) {
-            listener.TuneSuccess(ChannelCache::TheCache().Hold(id));
-        });
+        Tell(request,
+             [id](IBroadcastPlayerListener& listener) { listener.TuneSuccess(ChannelCache::TheCache().Hold(id)); });
     else if (report == Report::OnlySuccess)
         Tell(request, [](IBroadcastPlayerListener& listener) { listener.TuneSuccess(0); });
 }
 
 void Presentation::ReportFailure(Report report, Fault fault, std::uint64_t request, unsigned int id) {
-    if (report != Report::Channel && report != Report::OnlyFailure)
-        return;
+    if (report != Report::Channel && report != Report::OnlyFailure) return;
     Tell(request, [=](IBroadcastPlayerListener& listener) {
         if (fault == Fault::NotInStream)
             listener.ServiceNotAvailable(ChannelCache::TheCache().Hold(id));
@@ -210,8 +199,7 @@ void Presentation::TablesChanged() {
     std::unique_lock lock(m_mutex);
     const bool idle = m_state.phase == Phase::Idle || m_state.suspended;
     lock.unlock();
-    if (!idle && !m_around.directory.RouteTo(Selected()).SameStreams(m_route))
-        Restart();
+    if (!idle && !m_around.directory.RouteTo(Selected()).SameStreams(m_route)) Restart();
     WatchProgrammes();
 }
 
@@ -219,8 +207,7 @@ void Presentation::StreamBroke() { Restart(); }
 
 void Presentation::SignalLost() {
     std::unique_lock lock(m_mutex);
-    if (m_state.phase != Phase::Presented || m_state.suspended)
-        return;
+    if (m_state.phase != Phase::Presented || m_state.suspended) return;
     m_state.phase = Phase::Failed;
     const std::uint64_t session = ++m_state.session;
     const auto request = m_state.request;
@@ -236,8 +223,7 @@ void Presentation::SignalReturned() {
     std::unique_lock lock(m_mutex);
     const bool failed = m_state.phase == Phase::Failed;
     lock.unlock();
-    if (failed)
-        Restart();
+    if (failed) Restart();
 }
 
 // Tells that the present or following event changed, if it is still the same channel's.
@@ -250,31 +236,26 @@ void Presentation::WatchProgrammes() {
 
     auto events = m_around.directory.Events(id);
     const bool changed = presented && m_watchedId == id && events != m_watchedEvents;
-    if (m_watchedId != id)
-        m_toldRating.reset();
+    if (m_watchedId != id) m_toldRating.reset();
     m_watchedId = id;
     m_watchedEvents = std::move(events);
-    if (!changed)
-        return;
+    if (!changed) return;
     Tell(request, [](IBroadcastPlayerListener& listener) { listener.ProgrammeChanged(); });
     TellRating(request);
 }
 
 void Presentation::TellRating(std::uint64_t request) {
-    if (m_watchedEvents.empty())
-        return;
+    if (m_watchedEvents.empty()) return;
     const Descriptor* descriptor = Find(m_watchedEvents.front().descriptors, kParentalRatingTag);
     if (!descriptor || descriptor->data.size() < 4) {
         m_toldRating.reset();
         return;
     }
     const std::uint8_t rating = descriptor->data[3];
-    if (m_toldRating == rating)
-        return;
+    if (m_toldRating == rating) return;
     m_toldRating = rating;
-    Tell(request, [rating](IBroadcastPlayerListener& listener) {
-        listener.ParentalRatingChanged(static_cast<char>(rating));
-    });
+    Tell(request,
+         [rating](IBroadcastPlayerListener& listener) { listener.ParentalRatingChanged(static_cast<char>(rating)); });
 }
 
 }  // namespace television

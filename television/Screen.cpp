@@ -1,3 +1,4 @@
+// The picture and its place, behind one lock; who is told of a change is told without it.
 #include "television/Screen.h"
 
 #include <algorithm>
@@ -11,8 +12,7 @@ namespace {
 constexpr TPTRect kPlane{0, 0, Television::kPlaneWidth, Television::kPlaneHeight};
 
 void Call(const std::function<void()>& function) {
-    if (function)
-        function();
+    if (function) function();
 }
 
 bool SameRatio(double a, double b) { return std::abs(a - b) < 0.001; }
@@ -28,17 +28,14 @@ void Screen::Begin(std::uint64_t session) {
     bool moved = false;
     {
         std::lock_guard lock(m_mutex);
-        if (session < m_session)
-            return;
+        if (session < m_session) return;
         m_session = session;
         const TPTRect rectangle = Place();
         m_picture.swap(before);
         moved = !Same(rectangle, Place());
     }
-    if (before)
-        Call(pictureChanged);
-    if (moved)
-        Call(layoutChanged);
+    if (before) Call(pictureChanged);
+    if (moved) Call(layoutChanged);
 }
 
 void Screen::Continue(std::uint64_t session) {
@@ -50,18 +47,15 @@ void Screen::Show(std::uint64_t session, std::shared_ptr<const Picture> picture)
     bool aspect = false, moved = false;
     {
         std::lock_guard lock(m_mutex);
-        if (session != m_session)
-            return;
+        if (session != m_session) return;
         const TPTRect rectangle = Place();
         aspect = !m_picture || !SameRatio(m_picture->aspectRatio, picture->aspectRatio);
         m_picture.swap(picture);
         moved = !Same(rectangle, Place());
     }
     Call(pictureChanged);
-    if (moved)
-        Call(layoutChanged);
-    if (aspect)
-        Call(aspectChanged);
+    if (moved) Call(layoutChanged);
+    if (aspect) Call(aspectChanged);
 }
 
 void Screen::SetWindow(const TPTRect& window) { Move(window); }
@@ -72,16 +66,14 @@ void Screen::Move(std::optional<TPTRect> window) {
         std::lock_guard lock(m_mutex);
         const TPTRect rectangle = Place();
         m_window = window;
-        if (Same(rectangle, Place()))
-            return;
+        if (Same(rectangle, Place())) return;
     }
     Call(layoutChanged);
 }
 
 // Under the lock.
 TPTRect Screen::Place() const {
-    if (m_window)
-        return *m_window;
+    if (m_window) return *m_window;
     return m_picture ? Fit(kPlane, m_picture->aspectRatio) : kPlane;
 }
 

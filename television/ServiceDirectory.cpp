@@ -1,3 +1,4 @@
+// Services, looked up by id, by triplet and by their place in the list.
 #include "television/ServiceDirectory.h"
 
 #include <algorithm>
@@ -73,8 +74,7 @@ std::optional<Service> ServiceDirectory::Neighbour(unsigned int id, int steps) c
     std::erase_if(zapped, [id](const Service& service) { return !IsZapped(service) && service.id != id; });
     const auto count = static_cast<int>(zapped.size());
     const auto current = std::find_if(zapped.begin(), zapped.end(), [id](const Service& s) { return s.id == id; });
-    if (current == zapped.end())
-        return First();
+    if (current == zapped.end()) return First();
     const int index = (static_cast<int>(current - zapped.begin()) + steps % count + count) % count;
     return zapped[static_cast<std::size_t>(index)];
 }
@@ -82,8 +82,7 @@ std::optional<Service> ServiceDirectory::Neighbour(unsigned int id, int steps) c
 std::optional<Service> ServiceDirectory::First() const {
     const auto services = Services();
     const auto found = std::find_if(services.begin(), services.end(), IsZapped);
-    if (found != services.end())
-        return *found;
+    if (found != services.end()) return *found;
     return services.empty() ? std::nullopt : std::optional(services.front());
 }
 
@@ -91,8 +90,7 @@ Route ServiceDirectory::RouteTo(unsigned int id) const {
     Route route;
     const auto service = Find(id);
     const auto tables = CurrentTables();
-    if (!service || !tables->association)
-        return route;
+    if (!service || !tables->association) return route;
     route.sid = service->sid;
     for (const auto& entry : tables->association->services)
         if (entry.sid == service->sid) {
@@ -100,8 +98,7 @@ Route ServiceDirectory::RouteTo(unsigned int id) const {
             route.mapPid = entry.pid;
         }
     const auto map = tables->maps.find(service->sid);
-    if (route.state != Route::State::MapMissing || map == tables->maps.end())
-        return route;
+    if (route.state != Route::State::MapMissing || map == tables->maps.end()) return route;
     route.state = Route::State::Ready;
     route.clockPid = map->second.clockPid;
     route.components = ListComponents(map->second, service->hd);

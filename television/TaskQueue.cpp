@@ -1,3 +1,4 @@
+// The thread behind the queue.
 #include "television/TaskQueue.h"
 
 #include <future>
@@ -12,8 +13,7 @@ void TaskQueue::Stop() {
         m_stop = true;
     }
     m_changed.notify_all();
-    if (m_thread.joinable())
-        m_thread.join();
+    if (m_thread.joinable()) m_thread.join();
 }
 
 void TaskQueue::PostAt(Clock::time_point when, Task task) {

@@ -1,3 +1,4 @@
+// The television as the program around it sees it: everything goes to the set that is switched on.
 #include "television/Television.h"
 
 #include "television/Core.h"

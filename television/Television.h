@@ -64,10 +64,10 @@ struct Picture {
 
 // Called on threads of the television's; must return at once.
 struct Observer {
-    std::function<void()> pictureChanged;   // there is a new picture, or none any more
-    std::function<void()> layoutChanged;    // VideoRectangle answers differently
-    std::function<void()> channelChanged;   // CurrentService answers differently
-    std::function<void()> servicesChanged;  // Services answers differently
+    std::function<void()> pictureChanged;              // there is a new picture, or none any more
+    std::function<void()> layoutChanged;               // VideoRectangle answers differently
+    std::function<void()> channelChanged;              // CurrentService answers differently
+    std::function<void()> servicesChanged;             // Services answers differently
     std::function<void(const std::string& line)> log;  // what the television does, a line each
 };
 

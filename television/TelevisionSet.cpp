@@ -1,3 +1,4 @@
+// How a stream becomes a television: read its tables, keep its last seconds, present its first channel.
 #include "television/TelevisionSet.h"
 
 #include <algorithm>
@@ -10,8 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 void Call(const std::function<void()>& function) {
-    if (function)
-        function();
+    if (function) function();
 }
 
 // How long tables may take, in the stream's time and on the clock: PAT and PMT come each half second, SDT each two
@@ -47,8 +47,7 @@ void TelevisionSet::ConnectScreen() {
 }
 
 void TelevisionSet::Shutdown() {
-    if (!m_receiver)
-        return;
+    if (!m_receiver) return;
     m_receiver.reset();
     m_queue.Post([this] { m_presentation.Close(); });
     m_queue.Drain();
@@ -57,11 +56,9 @@ void TelevisionSet::Shutdown() {
 
 std::optional<std::string> TelevisionSet::Start(std::unique_ptr<PacketSource> source, const Progress& progress) {
     m_receiver = std::make_unique<Receiver>(std::move(source), static_cast<ReceiverClient&>(*this));
-    if (auto error = ReadTables(progress))
-        return error;
+    if (auto error = ReadTables(progress)) return error;
     m_receiver->KeepTime();
-    if (const auto first = m_directory.First())
-        m_presentation.SelectSilently(first->id);
+    if (const auto first = m_directory.First()) m_presentation.SelectSilently(first->id);
     return std::nullopt;
 }
 
@@ -75,32 +72,27 @@ bool TelevisionSet::WaitForTables(SteadyClock::time_point started) {
     const bool description = m_reading.description || time > kDescriptionTime;
     const bool services = m_reading.association && (m_reading.maps || time > kAssociationTime);
     const bool read = services ? description && network : time > kAssociationTime;
-    if (read && time > kTuningTime)
-        return false;
+    if (read && time > kTuningTime) return false;
     m_readingChanged.wait_for(lock, 50ms);
     return SteadyClock::now() - started < kLongestReading;
 }
 
 std::optional<std::string> TelevisionSet::ReadTables(const Progress& progress) {
-    if (progress)
-        progress("Reading the stream's service information");
+    if (progress) progress("Reading the stream's service information");
     const auto started = SteadyClock::now();
     while (WaitForTables(started)) {
     }
     const auto services = m_directory.Services();
-    if (progress)
-        progress(std::to_string(services.size()) + " services found");
+    if (progress) progress(std::to_string(services.size()) + " services found");
     std::lock_guard lock(m_mutex);
     if (!m_reading.association)
         return "The stream has no programme association table within 5 seconds: it is no complete transport stream.";
-    if (services.empty())
-        return "The stream has no services: give a transport stream with at least one.";
+    if (services.empty()) return "The stream has no services: give a transport stream with at least one.";
     return std::nullopt;
 }
 
 void TelevisionSet::PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) {
-    for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
-        m_tables.Push(packets.data() + at);
+    for (std::size_t at = 0; at < packets.size(); at += kPacketSize) m_tables.Push(packets.data() + at);
     m_buffer.Write(packets, now);
     std::lock_guard lock(m_mutex);
     m_reading.streamTime = now;
@@ -120,8 +112,7 @@ void TelevisionSet::TablesRead(const Tables& tables) {
     m_readingChanged.notify_all();
     m_queue.Post([=, this] {
         m_presentation.TablesChanged();
-        if (servicesChanged)
-            Call(m_observer.servicesChanged);
+        if (servicesChanged) Call(m_observer.servicesChanged);
     });
 }
 

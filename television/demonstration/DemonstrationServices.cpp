@@ -1,3 +1,4 @@
+// The services of the demonstration, as a list.
 #include "television/demonstration/DemonstrationServices.h"
 
 #include "television/stream/StreamTypes.h"
@@ -11,18 +12,38 @@ constexpr std::uint8_t kCommentary = 0x03;  // audio for the visually impaired
 
 std::vector<ServiceInfo> Make() {
     return {
-        {0x6e01, 1, kHdTelevision, "Atlas One", 0x100, 0x101,
+        {0x6e01,
+         1,
+         kHdTelevision,
+         "Atlas One",
+         0x100,
+         0x101,
          {{kH264Video, 0x101, 1, "", 0}, {kMpeg1Audio, 0x102, 2, "deu", 0}, {kMpeg1Audio, 0x103, 3, "eng", 0}},
          {{"Morning on One", "The first programme of the minute.", 0},
           {"The Harbour", "A drama in very short episodes.", 9},
           {"Midnight Express Line", "A thriller for grown-ups.", 13}}},
-        {0x6e02, 2, kHdTelevision, "Atlas Two", 0x200, 0x201,
+        {0x6e02,
+         2,
+         kHdTelevision,
+         "Atlas Two",
+         0x200,
+         0x201,
          {{kH264Video, 0x201, 1, "", 0}, {kMpeg1Audio, 0x202, 2, "eng", kCommentary}},
          {{"Green Rooms", "Gardens and those who keep them.", 0}, {"Two at Noon", "Talk.", 3}}},
-        {0x6e03, 3, kSdTelevision, "Boreal", 0x300, 0x301,
+        {0x6e03,
+         3,
+         kSdTelevision,
+         "Boreal",
+         0x300,
+         0x301,
          {{kMpeg2Video, 0x301, 1, "", 0}, {kMpeg1Audio, 0x302, 2, "fra", 0}},
          {{"Café Boréal", "Musique et conversation.", 0}, {"Nordlicht", "Ein Film über die Polarnacht.", 9}}},
-        {0x6e04, 71, kRadio, "Atlas Radio", 0x400, 0x402,
+        {0x6e04,
+         71,
+         kRadio,
+         "Atlas Radio",
+         0x400,
+         0x402,
          {{kMpeg1Audio, 0x402, 1, "eng", 0}},
          {{"Long Wave", "A tone, and nothing but the tone.", 0}, {"Short Wave", "The same tone.", 0}}},
     };

@@ -1,3 +1,4 @@
+// The demonstration's file and what is put into it.
 #include "television/demonstration/DemonstrationSource.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// The sections of each table (ISO/IEC 13818-1, clause 2.4.4; ETSI EN 300 468, clause 5.2).
 #include "television/demonstration/DemonstrationTables.h"
 
 #include "television/demonstration/DemonstrationServices.h"
@@ -17,8 +18,7 @@ constexpr const char* kProvider = "Atlas";
 Section AssociationSection() {
     Bytes body;
     body.Put16(0).Put16(0xe000 | kNitPid);
-    for (const ServiceInfo& service : Services())
-        body.Put16(service.sid).Put16(0xe000 | service.mapPid);
+    for (const ServiceInfo& service : Services()) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
     return MakeSection({kPat, kTsid}, body);
 }
 
@@ -53,9 +53,7 @@ Section DescriptionSection() {
 }
 
 // 8 MHz, 64-QAM, code rate 2/3, guard interval 1/8, 8k carriers.
-Bytes TerrestrialDelivery() {
-    return Bytes().Put32(kFrequency).Put8(0x1f).Put8(0x81).Put8(0x0a).Put32(0xffffffff);
-}
+Bytes TerrestrialDelivery() { return Bytes().Put32(kFrequency).Put8(0x1f).Put8(0x81).Put8(0x0a).Put32(0xffffffff); }
 
 Bytes NetworkStreamDescriptors() {
     Bytes list, numbers, descriptors;
@@ -82,8 +80,7 @@ Bytes EventDescriptors(const Programme& programme) {
     Bytes text, descriptors;
     text.Put("eng").PutText(programme.name).PutText(programme.description);
     descriptors.PutDescriptor(kShortEventTag, text);
-    if (programme.rating != 0)
-        descriptors.PutDescriptor(kParentalRatingTag, Bytes().Put("DEU").Put8(programme.rating));
+    if (programme.rating != 0) descriptors.PutDescriptor(kParentalRatingTag, Bytes().Put("DEU").Put8(programme.rating));
     return descriptors;
 }
 

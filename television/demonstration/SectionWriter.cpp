@@ -1,3 +1,4 @@
+// Bytes, sections and their packets (ISO/IEC 13818-1, clause 2.4.4).
 #include "television/demonstration/SectionWriter.h"
 
 #include <algorithm>
@@ -36,8 +37,7 @@ Bytes& Bytes::Put(std::string_view characters) {
 }
 
 Bytes& Bytes::PutText(std::string_view utf8) {
-    if (IsAscii(utf8))
-        return Put8(static_cast<unsigned>(utf8.size())).Put(utf8);
+    if (IsAscii(utf8)) return Put8(static_cast<unsigned>(utf8.size())).Put(utf8);
     return Put8(static_cast<unsigned>(utf8.size() + 1)).Put8(kUtf8Marker).Put(utf8);
 }
 
@@ -52,8 +52,7 @@ std::uint32_t SectionCrc(const std::uint8_t* bytes, std::size_t count) {
     std::uint32_t crc = 0xffffffff;
     for (std::size_t i = 0; i < count; ++i) {
         crc ^= static_cast<std::uint32_t>(bytes[i]) << 24;
-        for (int bit = 0; bit < 8; ++bit)
-            crc = crc & 0x80000000 ? crc << 1 ^ kPolynomial : crc << 1;
+        for (int bit = 0; bit < 8; ++bit) crc = crc & 0x80000000 ? crc << 1 ^ kPolynomial : crc << 1;
     }
     return crc;
 }
@@ -76,7 +75,8 @@ Section MakeShortSection(unsigned table, const Bytes& body) {
     return Bytes().Put8(table).Put16(0x7000 | static_cast<unsigned>(body.Size())).Put(body).Data();
 }
 
-void Packetize(const Section& section, std::uint16_t pid, std::uint8_t& continuity, std::vector<std::uint8_t>& packets) {
+void Packetize(const Section& section, std::uint16_t pid, std::uint8_t& continuity,
+               std::vector<std::uint8_t>& packets) {
     for (std::size_t at = 0; at < section.size();) {
         std::uint8_t packet[kPacketSize];
         std::fill(std::begin(packet), std::end(packet), std::uint8_t{0xff});
@@ -86,8 +86,7 @@ void Packetize(const Section& section, std::uint16_t pid, std::uint8_t& continui
         packet[3] = 0x10;
         SetContinuity(packet, continuity++);
         std::size_t to = 4;
-        if (at == 0)
-            packet[to++] = 0;  // the section begins at once
+        if (at == 0) packet[to++] = 0;  // the section begins at once
         const std::size_t count = std::min(kPacketSize - to, section.size() - at);
         std::copy_n(section.begin() + static_cast<std::ptrdiff_t>(at), count, packet + to);
         at += count;

@@ -1,3 +1,4 @@
+// Which table is due, and which packet can carry it.
 #include "television/demonstration/TableInjector.h"
 
 #include <algorithm>
@@ -6,8 +7,7 @@ namespace television::demonstration {
 
 TableInjector::TableInjector(std::vector<RepeatedTable> tables, std::set<std::uint16_t> replaced, WallClock wallClock)
     : m_replaced(std::move(replaced)), m_wallClock(std::move(wallClock)) {
-    for (RepeatedTable& table : tables)
-        m_tables.push_back({std::move(table), 0});
+    for (RepeatedTable& table : tables) m_tables.push_back({std::move(table), 0});
     m_replaced.insert(kNullPid);
 }
 
@@ -15,17 +15,14 @@ void TableInjector::Process(std::vector<std::uint8_t>& packets) {
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize) {
         std::uint8_t* packet = packets.data() + at;
         m_clock.Observe(packet);
-        if (m_queue.empty())
-            QueueDueTables();
-        if (m_replaced.contains(PidOf(packet)))
-            Fill(packet);
+        if (m_queue.empty()) QueueDueTables();
+        if (m_replaced.contains(PidOf(packet))) Fill(packet);
     }
 }
 
 void TableInjector::QueueDueTables() {
     for (Scheduled& scheduled : m_tables) {
-        if (m_clock.Now() < scheduled.due)
-            continue;
+        if (m_clock.Now() < scheduled.due) continue;
         scheduled.due = m_clock.Now() + scheduled.table.interval;
         std::vector<std::uint8_t> packets;
         for (const Section& section : scheduled.table.make(m_wallClock()))

@@ -1,3 +1,4 @@
+// The player's operations: each goes to the set that is switched on, and does nothing when there is none.
 #include "television/interfaces/BroadcastPlayer.h"
 
 #include "television/Core.h"
@@ -19,11 +20,9 @@ bool IsOfNetwork(const NetworkTable& network, const DeliverySystem& wanted, bool
     for (const auto& stream : network.streams) {
         const Descriptor* descriptor = FindDeliverySystem(stream.descriptors);
         DeliverySystem system;
-        if (!descriptor || ParseDeliverySystem(Raw(*descriptor), system) != DsdFault::None)
-            continue;
+        if (!descriptor || ParseDeliverySystem(Raw(*descriptor), system) != DsdFault::None) continue;
         kind = kind || system.tag == wanted.tag;
-        if (system == wanted)
-            return true;
+        if (system == wanted) return true;
     }
     return false;
 }
@@ -47,12 +46,10 @@ template <class Record>
 std::vector<Record> List(ComponentType type, bool activeOnly) {
     std::vector<Record> records;
     const auto set = Core::Instance().Set();
-    if (!set)
-        return records;
+    if (!set) return records;
     for (const Component& component : set->Directory().RouteTo(set->ThePresentation().Selected()).components) {
         const bool active = IsActive(*set, component);
-        if (component.type != type || (activeOnly && !active))
-            continue;
+        if (component.type != type || (activeOnly && !active)) continue;
         const auto aspect = type == ComponentType::Video && active ? set->TheScreen().AspectRatio() : std::nullopt;
         records.emplace_back(ArgumentText(component, aspect, active));
     }
@@ -60,7 +57,8 @@ std::vector<Record> List(ComponentType type, bool activeOnly) {
 }
 
 void LogUnchanged(const char* what) {
-    Log(std::string("A choice of ") + what + " was ignored: this television presents the first component of each kind.");
+    Log(std::string("A choice of ") + what +
+        " was ignored: this television presents the first component of each kind.");
 }
 
 }  // namespace
@@ -73,25 +71,21 @@ BroadcastPlayer& BroadcastPlayer::ThePlayer() {
 void BroadcastPlayer::SetListener(IBroadcastPlayerListener* listener) { Core::Instance().Gate().Set(listener); }
 
 void BroadcastPlayer::BindToCurrentChannel() {
-    if (const auto set = Core::Instance().Set())
-        set->ThePresentation().Bind();
+    if (const auto set = Core::Instance().Set()) set->ThePresentation().Bind();
 }
 
 void BroadcastPlayer::Stop() {
-    if (const auto set = Core::Instance().Set())
-        set->ThePresentation().Stop();
+    if (const auto set = Core::Instance().Set()) set->ThePresentation().Stop();
 }
 
 void BroadcastPlayer::StopChannel() {
-    if (const auto set = Core::Instance().Set())
-        set->ThePresentation().StopChannel();
+    if (const auto set = Core::Instance().Set()) set->ThePresentation().StopChannel();
 }
 
 bool BroadcastPlayer::GetChannel(unsigned int& channelId) {
     const auto set = Core::Instance().Set();
     const unsigned int id = set ? set->ThePresentation().Selected() : 0;
-    if (id == 0)
-        return false;
+    if (id == 0) return false;
     channelId = ChannelCache::TheCache().Hold(id);
     return true;
 }
@@ -115,8 +109,7 @@ bool BroadcastPlayer::GetChannelFromTriplet(int idType, int onid, int tsid, int 
     channelId = 0;
     const auto set = Core::Instance().Set();
     const auto service = set && IsDvb(idType) ? set->Directory().FindTriplet(onid, tsid, sid) : std::nullopt;
-    if (!service)
-        return false;
+    if (!service) return false;
     channelId = ChannelCache::TheCache().Hold(service->id);
     return true;
 }
@@ -124,40 +117,32 @@ bool BroadcastPlayer::GetChannelFromTriplet(int idType, int onid, int tsid, int 
 int BroadcastPlayer::GetChannelFromDSD(int idType, const std::string& dsd, int sid, unsigned int& channelId) {
     DeliverySystem wanted;
     const DsdFault fault = ParseDeliverySystem(dsd, wanted);
-    if (fault == DsdFault::Malformed)
-        return kMalformed;
+    if (fault == DsdFault::Malformed) return kMalformed;
     const auto set = Core::Instance().Set();
     const auto network = set ? set->Directory().Network() : std::nullopt;
-    if (fault == DsdFault::Unsupported || !IsDvb(idType) || !network)
-        return kUnsupported;
+    if (fault == DsdFault::Unsupported || !IsDvb(idType) || !network) return kUnsupported;
     bool kind = false;
-    if (!IsOfNetwork(*network, wanted, kind))
-        return kind ? kUndecided : kUnsupported;
+    if (!IsOfNetwork(*network, wanted, kind)) return kind ? kUndecided : kUnsupported;
     const auto service = FindOnStream(set->Directory(), wanted, sid);
-    if (!service)
-        return kUndecided;
+    if (!service) return kUndecided;
     channelId = ChannelCache::TheCache().Hold(service->id);
     return kFound;
 }
 
 void BroadcastPlayer::SetVideoWindow(TPTRect& window) {
-    if (const auto set = Core::Instance().Set())
-        set->TheScreen().SetWindow(window);
+    if (const auto set = Core::Instance().Set()) set->TheScreen().SetWindow(window);
 }
 
 void BroadcastPlayer::SetFullScreenVideo() {
-    if (const auto set = Core::Instance().Set())
-        set->TheScreen().SetFullScreen();
+    if (const auto set = Core::Instance().Set()) set->TheScreen().SetFullScreen();
 }
 
 void BroadcastPlayer::GetVolume(int& volume) {
-    if (const auto set = Core::Instance().Set())
-        volume = set->ThePresentation().Volume();
+    if (const auto set = Core::Instance().Set()) volume = set->ThePresentation().Volume();
 }
 
 void BroadcastPlayer::SetVolume(int volume) {
-    if (const auto set = Core::Instance().Set())
-        set->ThePresentation().SetVolume(volume);
+    if (const auto set = Core::Instance().Set()) set->ThePresentation().SetVolume(volume);
 }
 
 std::vector<IVideoComponent> BroadcastPlayer::GetVideoComponents(bool activeOnly) {

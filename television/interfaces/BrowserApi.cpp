@@ -22,8 +22,7 @@ public:
     }
 
     void ReleaseBroadcastPlayer(IBroadcastPlayer* player) override {
-        if (player == &BroadcastPlayer::ThePlayer())
-            Core::Instance().GiveBackPlayer();
+        if (player == &BroadcastPlayer::ThePlayer()) Core::Instance().GiveBackPlayer();
     }
 
     void SetChannel(unsigned int channelId, bool) override {
@@ -39,8 +38,7 @@ public:
     }
 
     void EnableMediaPlaybackMode() override {
-        if (const auto set = Core::Instance().Set())
-            set->ThePresentation().Suspend();
+        if (const auto set = Core::Instance().Set()) set->ThePresentation().Suspend();
     }
 
     bool DisableMediaPlaybackMode() override {

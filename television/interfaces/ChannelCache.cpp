@@ -1,3 +1,4 @@
+// Counted holds, one count for each channel id.
 #include "television/interfaces/ChannelCache.h"
 
 IJSChannelCache* IJSChannelCache::Instance() { return &television::ChannelCache::TheCache(); }
@@ -12,8 +13,7 @@ ChannelCache& ChannelCache::TheCache() {
 void ChannelCache::ReleaseChannel(unsigned int channelId) {
     std::lock_guard lock(m_mutex);
     const auto found = m_holds.find(channelId);
-    if (found != m_holds.end() && --found->second == 0)
-        m_holds.erase(found);
+    if (found != m_holds.end() && --found->second == 0) m_holds.erase(found);
 }
 
 unsigned int ChannelCache::Hold(unsigned int channelId) {
@@ -30,8 +30,7 @@ void ChannelCache::ReleaseAll() {
 std::size_t ChannelCache::Holds() const {
     std::lock_guard lock(m_mutex);
     std::size_t holds = 0;
-    for (const auto& [id, count] : m_holds)
-        holds += count;
+    for (const auto& [id, count] : m_holds) holds += count;
     return holds;
 }
 

@@ -1,3 +1,4 @@
+// The plug-in's module and the output of all modules.
 #include "television/interfaces/DebugFramework.h"
 
 #include <atomic>
@@ -29,8 +30,7 @@ std::string Formatted(const char* format, va_list* arguments) {
     va_copy(measured, *arguments);
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
-    if (length < 0)
-        return "";
+    if (length < 0) return "";
     std::string text(static_cast<std::size_t>(length) + 1, '\0');
     va_copy(written, *arguments);
     std::vsnprintf(text.data(), text.size(), format, written);
@@ -44,10 +44,8 @@ std::string Formatted(const char* format, va_list* arguments) {
 class LineOutput : public IDebugIO {
 public:
     void Print(const char* text, std::size_t length) override {
-        if (s_level.load(std::memory_order_relaxed) < 0)
-            return;
-        for (std::string line : Take(std::string(text, length)))
-            LogPluginLine(line);
+        if (s_level.load(std::memory_order_relaxed) < 0) return;
+        for (std::string line : Take(std::string(text, length))) LogPluginLine(line);
     }
 
 private:
@@ -58,8 +56,7 @@ private:
         std::vector<std::string> lines;
         for (std::size_t end; (end = unfinished.find('\n')) != unfinished.npos; unfinished.erase(0, end + 1))
             lines.push_back(unfinished.substr(0, end));
-        if (unfinished.empty())
-            m_unfinished.erase(std::this_thread::get_id());
+        if (unfinished.empty()) m_unfinished.erase(std::this_thread::get_id());
         return lines;
     }
 
@@ -85,15 +82,13 @@ CCDebugDAEPlugin::CCDebugDAEPlugin() = default;
 CCDebugDAEPlugin::~CCDebugDAEPlugin() = default;
 
 void CCDebugDAEPlugin::t_Print(unsigned long, unsigned long level, const char* format, va_list* arguments) {
-    if (!IsPrinted(level))
-        return;
+    if (!IsPrinted(level)) return;
     const std::string line = Formatted(format, arguments) + "\n";
     DebugIO->Print(line.data(), line.size());
 }
 
 void CCDebugDAEPlugin::t_PrintR(unsigned long, unsigned long level, const char* format, va_list* arguments) {
-    if (!IsPrinted(level))
-        return;
+    if (!IsPrinted(level)) return;
     const std::string text = Formatted(format, arguments);
     DebugIO->Print(text.data(), text.size());
 }

@@ -27,8 +27,7 @@ public:
 
     void UnregisterStreamEventCallback() override {
         std::lock_guard lock(m_mutex);
-        if (m_registrations > 0 && --m_registrations == 0)
-            m_callback = nullptr;
+        if (m_registrations > 0 && --m_registrations == 0) m_callback = nullptr;
     }
 
 private:

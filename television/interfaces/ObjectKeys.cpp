@@ -1,3 +1,4 @@
+// Random keys, one for each object of the page.
 #include "television/interfaces/ObjectKeys.h"
 
 #include <algorithm>
@@ -15,8 +16,7 @@ std::string MakeKey() {
     std::random_device random;
     std::uniform_int_distribution<int> digit(0, 15);
     std::string key;
-    while (key.size() < kKeyLength)
-        key.push_back("0123456789abcdef"[digit(random)]);
+    while (key.size() < kKeyLength) key.push_back("0123456789abcdef"[digit(random)]);
     return key;
 }
 
@@ -30,8 +30,7 @@ ObjectKeys& ObjectKeys::TheKeys() {
 std::string ObjectKeys::GetKey(const std::string& objectId) {
     std::lock_guard lock(m_mutex);
     std::string& key = m_keys[objectId];
-    if (key.empty())
-        key = MakeKey();
+    if (key.empty()) key = MakeKey();
     return key;
 }
 

@@ -1,3 +1,4 @@
+// The pipeline: packets, demultiplexer, and a chain of elements for video and for sound.
 #include "television/playback/Decoder.h"
 
 #include <gst/app/gstappsink.h>
@@ -54,8 +55,7 @@ struct Decoder::Callbacks {
     }
 
     static GstBusSyncReply Message(GstBus*, GstMessage* message, gpointer decoder) {
-        if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR)
-            Fault(*static_cast<Decoder*>(decoder), message);
+        if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) Fault(*static_cast<Decoder*>(decoder), message);
         gst_message_unref(message);
         return GST_BUS_DROP;
     }
@@ -75,10 +75,8 @@ Decoder::Decoder(const DecoderPlan& plan, DecoderEvents events) : m_events(std::
     gst_bus_set_sync_handler(bus, Callbacks::Message, this, nullptr);
     gst_object_unref(bus);
     BuildInput(plan.sid);
-    if (plan.video)
-        BuildVideo(*plan.video);
-    if (plan.audio)
-        BuildAudio(*plan.audio, plan);
+    if (plan.video) BuildVideo(*plan.video);
+    if (plan.audio) BuildAudio(*plan.audio, plan);
     gst_element_set_state(m_pipeline, GST_STATE_PLAYING);
 }
 
@@ -97,8 +95,7 @@ std::vector<GstElement*> Decoder::Chain(const std::vector<std::string>& factorie
             return {};
         }
         gst_bin_add(GST_BIN(m_pipeline), element);
-        if (!chain.empty())
-            gst_element_link(chain.back(), element);
+        if (!chain.empty()) gst_element_link(chain.back(), element);
         chain.push_back(element);
     }
     return chain;
@@ -106,8 +103,7 @@ std::vector<GstElement*> Decoder::Chain(const std::vector<std::string>& factorie
 
 void Decoder::BuildInput(std::uint16_t sid) {
     const auto chain = Chain({"appsrc", "tsdemux"});
-    if (chain.empty())
-        return;
+    if (chain.empty()) return;
     m_source = chain[0];
     GstCaps* caps = gst_caps_from_string("video/mpegts,systemstream=(boolean)true,packetsize=188");
     g_object_set(m_source, "caps", caps, "max-bytes", kLargestInput, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM,
@@ -119,8 +115,7 @@ void Decoder::BuildInput(std::uint16_t sid) {
 
 void Decoder::BuildVideo(const Component& video) {
     const auto chain = Chain(VideoElements(video));
-    if (chain.empty())
-        return;
+    if (chain.empty()) return;
     LiftQueueLimits(chain.front());
     LimitThreads(chain[2]);
     GstCaps* caps = gst_caps_from_string("video/x-raw,format=BGRx");
@@ -135,8 +130,7 @@ void Decoder::BuildVideo(const Component& video) {
 
 void Decoder::BuildAudio(const Component& audio, const DecoderPlan& plan) {
     const auto chain = Chain(AudioElements(audio, plan.audioSink));
-    if (chain.empty())
-        return;
+    if (chain.empty()) return;
     LiftQueueLimits(chain.front());
     // Sound must not hold up the first picture, so its sink does not take part in the preroll when there is video.
     g_object_set(chain.back(), "sync", TRUE, "async", plan.video ? FALSE : TRUE, nullptr);
@@ -150,18 +144,15 @@ void Decoder::BuildAudio(const Component& audio, const DecoderPlan& plan) {
 
 void Decoder::LinkPad(GstPad* pad) {
     for (const Branch& branch : m_branches) {
-        if (branch.pid != PidOfPad(pad))
-            continue;
+        if (branch.pid != PidOfPad(pad)) continue;
         GstPad* sink = gst_element_get_static_pad(branch.first, "sink");
-        if (!gst_pad_is_linked(sink))
-            gst_pad_link(pad, sink);
+        if (!gst_pad_is_linked(sink)) gst_pad_link(pad, sink);
         gst_object_unref(sink);
     }
 }
 
 void Decoder::Feed(std::vector<std::uint8_t>&& packets) {
-    if (!m_source)
-        return;
+    if (!m_source) return;
     auto* owned = new std::vector<std::uint8_t>(std::move(packets));
     GstBuffer* buffer = gst_buffer_new_wrapped_full(GST_MEMORY_FLAG_READONLY, owned->data(), owned->size(), 0,
                                                     owned->size(), owned, FreePackets);
@@ -169,8 +160,7 @@ void Decoder::Feed(std::vector<std::uint8_t>&& packets) {
 }
 
 void Decoder::SetVolume(int volume) {
-    if (m_volume)
-        g_object_set(m_volume, "volume", LinearVolume(volume), nullptr);
+    if (m_volume) g_object_set(m_volume, "volume", LinearVolume(volume), nullptr);
 }
 
 }  // namespace television

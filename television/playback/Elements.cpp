@@ -1,3 +1,4 @@
+// The tables of elements, and what is peculiar to some of them.
 #include "television/playback/Elements.h"
 
 #include <gst/gst.h>
@@ -17,23 +18,21 @@ struct Coding {
 
 Coding VideoCoding(std::uint8_t streamType) {
     switch (streamType) {
-    case kH264Video: return {"h264parse", "avdec_h264"};
-    case kH265Video: return {"h265parse", "avdec_h265"};
-    default: return {"mpegvideoparse", "avdec_mpeg2video"};
+        case kH264Video:
+            return {"h264parse", "avdec_h264"};
+        case kH265Video:
+            return {"h265parse", "avdec_h265"};
+        default:
+            return {"mpegvideoparse", "avdec_mpeg2video"};
     }
 }
 
 Coding AudioCoding(const Component& audio) {
-    if (audio.streamType == kAacAudio)
-        return {"aacparse", "avdec_aac"};
-    if (audio.streamType == kLatmAudio)
-        return {"aacparse", "avdec_aac_latm"};
-    if (audio.encoding == "AC3")
-        return {"ac3parse", "avdec_ac3"};
-    if (audio.encoding == "E_AC3")
-        return {"ac3parse", "avdec_eac3"};
-    if (audio.encoding == "DTS")
-        return {"dcaparse", "avdec_dca"};
+    if (audio.streamType == kAacAudio) return {"aacparse", "avdec_aac"};
+    if (audio.streamType == kLatmAudio) return {"aacparse", "avdec_aac_latm"};
+    if (audio.encoding == "AC3") return {"ac3parse", "avdec_ac3"};
+    if (audio.encoding == "E_AC3") return {"ac3parse", "avdec_eac3"};
+    if (audio.encoding == "DTS") return {"dcaparse", "avdec_dca"};
     return {"mpegaudioparse", "avdec_mp2float"};
 }
 
@@ -58,8 +57,7 @@ void LiftQueueLimits(GstElement* queue) {
 }
 
 void LimitThreads(GstElement* decoder) {
-    if (HasProperty(decoder, "max-threads"))
-        g_object_set(decoder, "max-threads", 1, nullptr);
+    if (HasProperty(decoder, "max-threads")) g_object_set(decoder, "max-threads", 1, nullptr);
 }
 
 bool IsAudioSink(GstElement* element) {
@@ -68,9 +66,9 @@ bool IsAudioSink(GstElement* element) {
 }
 
 void LoadElements() {
-    for (const char* name : {"appsrc", "tsdemux", "queue", "h264parse", "avdec_h264", "mpegvideoparse",
-                             "avdec_mpeg2video", "videoconvert", "appsink", "mpegaudioparse", "avdec_mp2float",
-                             "audioconvert", "audioresample", "volume", "fakesink"})
+    for (const char* name :
+         {"appsrc", "tsdemux", "queue", "h264parse", "avdec_h264", "mpegvideoparse", "avdec_mpeg2video", "videoconvert",
+          "appsink", "mpegaudioparse", "avdec_mp2float", "audioconvert", "audioresample", "volume", "fakesink"})
         if (GstElement* element = gst_element_factory_make(name, nullptr))
             gst_object_unref(gst_object_ref_sink(element));
 }
@@ -78,8 +76,7 @@ void LoadElements() {
 std::string FindAudioSink() {
     std::string name = "fakesink";
     GstElement* automatic = gst_element_factory_make("autoaudiosink", nullptr);
-    if (!automatic)
-        return name;
+    if (!automatic) return name;
     gst_object_ref_sink(automatic);
     if (gst_element_set_state(automatic, GST_STATE_READY) != GST_STATE_CHANGE_FAILURE) {
         GstElement* chosen = GST_BIN_CHILDREN(automatic) ? GST_ELEMENT(GST_BIN_CHILDREN(automatic)->data) : nullptr;

@@ -1,3 +1,4 @@
+// Samples whose pixels stay mapped for as long as somebody looks at them.
 #include "television/playback/PictureOfSample.h"
 
 #include <gst/gst.h>
@@ -16,8 +17,7 @@ struct MappedSample {
                  gst_video_frame_map(&frame, &info, buffer, GST_MAP_READ);
     }
     ~MappedSample() {
-        if (mapped)
-            gst_video_frame_unmap(&frame);
+        if (mapped) gst_video_frame_unmap(&frame);
         gst_sample_unref(sample);
     }
     MappedSample(const MappedSample&) = delete;
@@ -29,8 +29,7 @@ struct MappedSample {
 };
 
 double AspectRatio(const GstVideoInfo& info) {
-    if (info.height <= 0 || info.par_d <= 0 || info.par_n <= 0)
-        return 16.0 / 9.0;
+    if (info.height <= 0 || info.par_d <= 0 || info.par_n <= 0) return 16.0 / 9.0;
     return static_cast<double>(info.width) * info.par_n / (static_cast<double>(info.height) * info.par_d);
 }
 
@@ -38,8 +37,7 @@ double AspectRatio(const GstVideoInfo& info) {
 
 std::shared_ptr<const Picture> PictureOfSample(GstSample* sample) {
     auto owner = std::make_shared<MappedSample>(sample);
-    if (!owner->mapped)
-        return nullptr;
+    if (!owner->mapped) return nullptr;
     const GstVideoFrame& frame = owner->frame;
     auto picture = std::make_shared<Picture>();
     picture->pixels = static_cast<const std::uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0));

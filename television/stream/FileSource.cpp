@@ -1,3 +1,4 @@
+// Opening, examining and rewinding a file.
 #include "television/stream/FileSource.h"
 
 #include <cerrno>
@@ -12,8 +13,7 @@ constexpr std::size_t kExamined = 16 << 20;
 
 bool HasClock(const std::vector<std::uint8_t>& packets) {
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
-        if (ClockOf(packets.data() + at))
-            return true;
+        if (ClockOf(packets.data() + at)) return true;
     return false;
 }
 
@@ -25,7 +25,8 @@ std::optional<std::string> FileSource::Open() {
         return "\"" + m_path + "\" is a folder: give a file with an MPEG transport stream.";
     m_file.reset(std::fopen(m_path.c_str(), "rb"));
     if (!m_file)
-        return "The file \"" + m_path + "\" cannot be read (" + std::strerror(errno) + "): check its name and its rights.";
+        return "The file \"" + m_path + "\" cannot be read (" + std::strerror(errno) +
+               "): check its name and its rights.";
     return Examine();
 }
 
@@ -40,14 +41,11 @@ std::optional<std::string> FileSource::Examine() {
         aligner.Push({bytes.data(), count}, packets);
         any = any || !packets.empty();
         clock = HasClock(packets);
-        if (count < kChunk)
-            break;
+        if (count < kChunk) break;
     }
     std::rewind(m_file.get());
-    if (!any)
-        return "The file \"" + m_path + "\" is not an MPEG transport stream: give one (usually named .ts).";
-    if (!clock)
-        return "The transport stream in \"" + m_path + "\" has no clock (PCR): it cannot be played.";
+    if (!any) return "The file \"" + m_path + "\" is not an MPEG transport stream: give one (usually named .ts).";
+    if (!clock) return "The transport stream in \"" + m_path + "\" has no clock (PCR): it cannot be played.";
     return std::nullopt;
 }
 
@@ -60,13 +58,10 @@ void FileSource::ReadChunk(std::vector<std::uint8_t>& packets) {
 PacketSource::Result FileSource::Read(std::vector<std::uint8_t>& packets) {
     const std::size_t before = packets.size();
     ReadChunk(packets);
-    for (std::size_t at = before; at < packets.size(); at += kPacketSize)
-        m_restamper.Next(packets.data() + at);
+    for (std::size_t at = before; at < packets.size(); at += kPacketSize) m_restamper.Next(packets.data() + at);
     m_turnHadPackets = m_turnHadPackets || packets.size() > before;
-    if (!std::feof(m_file.get()) && !std::ferror(m_file.get()))
-        return Result::Packets;
-    if (!m_turnHadPackets)
-        return Result::End;
+    if (!std::feof(m_file.get()) && !std::ferror(m_file.get())) return Result::Packets;
+    if (!m_turnHadPackets) return Result::End;
     std::rewind(m_file.get());
     m_aligner.Reset();
     m_restamper.TurnAround();

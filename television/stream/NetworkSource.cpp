@@ -1,3 +1,4 @@
+// GStreamer's network sources, read from an appsink.
 #include "television/stream/NetworkSource.h"
 
 #include <gst/app/gstappsink.h>
@@ -16,8 +17,7 @@ constexpr GstClockTime kPullTime = 50 * GST_MSECOND;
 
 GstElement* MakeReceiver(const std::string& url, bool udp) {
     GstElement* source = gst_element_factory_make(udp ? "udpsrc" : "souphttpsrc", nullptr);
-    if (!source)
-        return nullptr;
+    if (!source) return nullptr;
     if (!udp) {
         g_object_set(source, "location", url.c_str(), nullptr);
         return source;
@@ -33,8 +33,7 @@ std::string TextOf(GstMessage* message) {
     gst_message_parse_error(message, &error, nullptr);
     std::string text = error->message;
     g_error_free(error);
-    while (!text.empty() && text.back() == '.')
-        text.pop_back();
+    while (!text.empty() && text.back() == '.') text.pop_back();
     return text;
 }
 
@@ -45,8 +44,7 @@ std::string TakeError(GstElement* pipeline) {
     std::string text;
     while (GstMessage* message = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR)) {
         const std::string found = TextOf(message);
-        if (text.empty() || text == kVagueError)
-            text = found;
+        if (text.empty() || text == kVagueError) text = found;
         gst_message_unref(message);
     }
     gst_object_unref(bus);
@@ -60,8 +58,7 @@ NetworkSource::NetworkSource(std::string url) : m_url(std::move(url)), m_udp(m_u
 NetworkSource::~NetworkSource() { Close(); }
 
 void NetworkSource::Close() {
-    if (!m_pipeline)
-        return;
+    if (!m_pipeline) return;
     gst_element_set_state(m_pipeline, GST_STATE_NULL);
     gst_object_unref(m_pipeline);
     m_pipeline = m_sink = nullptr;
@@ -73,8 +70,7 @@ bool NetworkSource::Build() {
     m_sink = gst_element_factory_make("appsink", nullptr);
     if (!source || !m_sink) {
         for (GstElement* element : {source, m_sink})
-            if (element)
-                gst_object_unref(gst_object_ref_sink(element));
+            if (element) gst_object_unref(gst_object_ref_sink(element));
         return false;
     }
     // What a network delivers too early waits in the socket; what is not fetched from UDP in time is lost there anyway.
@@ -116,8 +112,7 @@ PacketSource::Result NetworkSource::Read(std::vector<std::uint8_t>& packets) {
 
 PacketSource::Result NetworkSource::Pull(std::vector<std::uint8_t>& packets) {
     GstSample* sample = gst_app_sink_try_pull_sample(GST_APP_SINK(m_sink), kPullTime);
-    if (!sample)
-        return gst_app_sink_is_eos(GST_APP_SINK(m_sink)) ? Result::End : Result::Nothing;
+    if (!sample) return gst_app_sink_is_eos(GST_APP_SINK(m_sink)) ? Result::End : Result::Nothing;
     GstMapInfo map;
     GstBuffer* buffer = gst_sample_get_buffer(sample);
     if (buffer && gst_buffer_map(buffer, &map, GST_MAP_READ)) {

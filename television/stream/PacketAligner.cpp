@@ -1,3 +1,4 @@
+// The search for sync bytes.
 #include "television/stream/PacketAligner.h"
 
 namespace television {
@@ -9,8 +10,7 @@ constexpr std::size_t kBytesNeeded = (kSyncsNeeded - 1) * kPacketSize + 1;
 
 bool IsPacketStart(const std::uint8_t* bytes) {
     for (std::size_t i = 0; i < kSyncsNeeded; ++i)
-        if (bytes[i * kPacketSize] != kSyncByte)
-            return false;
+        if (bytes[i * kPacketSize] != kSyncByte) return false;
     return true;
 }
 
@@ -19,8 +19,7 @@ bool IsPacketStart(const std::uint8_t* bytes) {
 // Moves `at` to where packets begin. False when that is not to be told from the bytes that have come.
 bool PacketAligner::Lock(std::size_t& at) const {
     for (; m_rest.size() - at >= kBytesNeeded; ++at)
-        if (IsPacketStart(m_rest.data() + at))
-            return true;
+        if (IsPacketStart(m_rest.data() + at)) return true;
     return false;
 }
 
@@ -29,8 +28,7 @@ void PacketAligner::Push(std::span<const std::uint8_t> bytes, std::vector<std::u
     std::size_t at = 0;
     while (m_rest.size() - at >= kPacketSize) {
         m_locked = m_locked && m_rest[at] == kSyncByte;
-        if (!m_locked && !(m_locked = Lock(at)))
-            break;
+        if (!m_locked && !(m_locked = Lock(at))) break;
         packets.insert(packets.end(), m_rest.begin() + static_cast<std::ptrdiff_t>(at),
                        m_rest.begin() + static_cast<std::ptrdiff_t>(at + kPacketSize));
         at += kPacketSize;

@@ -1,3 +1,4 @@
+// The loop of the receiving thread: read, keep time, hand on, notice silence.
 #include "television/stream/Receiver.h"
 
 #include <algorithm>
@@ -42,28 +43,25 @@ bool Receiver::Wait(SteadyClock::time_point until) {
 }
 
 void Receiver::Run() {
-    while (Wait(SteadyClock::now()))
-        ReadOnce();
+    while (Wait(SteadyClock::now())) ReadOnce();
 }
 
 void Receiver::ReadOnce() {
     m_packets.clear();
     const PacketSource::Result result = m_source->Read(m_packets);
     WatchSilence(!m_packets.empty());
-    for (std::span<const std::uint8_t> rest(m_packets); !rest.empty(); rest = rest.subspan(std::min(kSlice, rest.size())))
+    for (std::span<const std::uint8_t> rest(m_packets); !rest.empty();
+         rest = rest.subspan(std::min(kSlice, rest.size())))
         HandOn(rest.first(std::min(kSlice, rest.size())));
-    if (result == PacketSource::Result::End)
-        OpenAgain();
+    if (result == PacketSource::Result::End) OpenAgain();
 }
 
 void Receiver::HandOn(std::span<const std::uint8_t> packets) {
     bool broke = false;
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
         broke = m_clock.Observe(packets.data() + at) || broke;
-    if (broke)
-        m_client.StreamBroke();
-    if (m_source->NeedsPacing())
-        Pace();
+    if (broke) m_client.StreamBroke();
+    if (m_source->NeedsPacing()) Pace();
     m_client.PacketsReceived(packets, m_clock.Now());
 }
 
@@ -85,8 +83,7 @@ void Receiver::WatchSilence(bool received) {
     if (received) {
         m_receivedSinceOpen = true;
         m_lastReceived = now;
-        if (std::exchange(m_silent, false))
-            m_client.SignalReturned();
+        if (std::exchange(m_silent, false)) m_client.SignalReturned();
     } else if (!m_silent && now - m_lastReceived > kSilence) {
         m_silent = true;
         m_client.SignalLost();
@@ -97,8 +94,7 @@ void Receiver::WatchSilence(bool received) {
 // as long as the television is on.
 void Receiver::OpenAgain() {
     const bool again = std::exchange(m_receivedSinceOpen, false);
-    if (again || Wait(SteadyClock::now() + kOpenAgain))
-        m_source->Open();
+    if (again || Wait(SteadyClock::now() + kOpenAgain)) m_source->Open();
 }
 
 }  // namespace television

@@ -30,7 +30,7 @@ private:
 
     std::array<Counter, kPids> m_counters{};
     std::array<std::int64_t, kPids> m_lastWritten{};  // clocks
-    std::int64_t m_shift = 0;  // what is added to the clocks, in 27 MHz
+    std::int64_t m_shift = 0;                         // what is added to the clocks, in 27 MHz
 
     // This turn, by the first programme's clock: its first and last value and the packets up to each of them.
     std::uint16_t m_clockPid = kNullPid;

@@ -1,3 +1,4 @@
+// Batches of packets, searched backwards for a place to begin.
 #include "television/stream/StreamBuffer.h"
 
 #include "television/stream/RandomAccess.h"
@@ -37,12 +38,10 @@ void StreamBuffer::Write(std::span<const std::uint8_t> packets, std::int64_t now
     m_batches.push_back({{packets.begin(), packets.end()}, now});
     m_bytes += packets.size();
     Trim();
-    if (!m_feed)
-        return;
+    if (!m_feed) return;
     std::vector<std::uint8_t> wanted;
     CopyWritten(packets, wanted);
-    if (!wanted.empty())
-        m_feed(std::move(wanted));
+    if (!wanted.empty()) m_feed(std::move(wanted));
 }
 
 // Until a random access point comes, only tables are wanted: what else is decoded before it shows nothing, but the
@@ -74,8 +73,7 @@ void StreamBuffer::Attach(const ServiceSelection& selection, Feed feed) {
     CopyTable(kPatPid, start, packets);
     CopyTable(selection.tablePid, start, packets);
     CopyFrom(start, selection, packets);
-    if (!packets.empty())
-        m_feed(std::move(packets));
+    if (!packets.empty()) m_feed(std::move(packets));
 }
 
 void StreamBuffer::Detach() {
@@ -95,8 +93,7 @@ bool StreamBuffer::Back(Place& place) const {
         place.offset -= kPacketSize;
         return true;
     }
-    if (place.batch == 0)
-        return false;
+    if (place.batch == 0) return false;
     --place.batch;
     place.offset = m_batches[place.batch].packets.size() - kPacketSize;
     return true;
@@ -107,10 +104,8 @@ StreamBuffer::Place StreamBuffer::FindAccess(const ServiceSelection& selection) 
     bool complete = false;
     for (Place place = End(); Back(place);) {
         const std::uint8_t* packet = At(place);
-        if (PidOf(packet) != selection.accessPid || !StartsUnit(packet))
-            continue;
-        if (complete && IsAccess(selection, packet))
-            return place;
+        if (PidOf(packet) != selection.accessPid || !StartsUnit(packet)) continue;
+        if (complete && IsAccess(selection, packet)) return place;
         complete = true;
     }
     return End();
@@ -121,14 +116,11 @@ StreamBuffer::Place StreamBuffer::FindAccess(const ServiceSelection& selection) 
 void StreamBuffer::CopyTable(std::uint16_t pid, Place before, std::vector<std::uint8_t>& packets) const {
     std::vector<const std::uint8_t*> found;
     for (Place place = before; Back(place);) {
-        if (PidOf(At(place)) != pid)
-            continue;
+        if (PidOf(At(place)) != pid) continue;
         found.push_back(At(place));
-        if (!StartsUnit(At(place)))
-            continue;
+        if (!StartsUnit(At(place))) continue;
         for (auto packet = found.rbegin(); packet != found.rend(); ++packet) {
-            if (packet != found.rbegin() && StartsUnit(*packet))
-                break;
+            if (packet != found.rbegin() && StartsUnit(*packet)) break;
             packets.insert(packets.end(), *packet, *packet + kPacketSize);
         }
         return;

@@ -16,11 +16,11 @@ namespace television {
 
 // What a receiver of one service wants of the multiplex.
 struct ServiceSelection {
-    std::uint16_t tablePid = kNullPid;    // of its PMT
-    std::uint16_t accessPid = kNullPid;   // begin at a random access point of this PID: video, or audio without video
-    std::uint8_t accessType = 0;          // its stream type
-    bool accessAnywhere = false;          // each beginning of a unit of that PID is one (sound)
-    std::set<std::uint16_t> pids = {};    // elementary streams and the clock
+    std::uint16_t tablePid = kNullPid;   // of its PMT
+    std::uint16_t accessPid = kNullPid;  // begin at a random access point of this PID: video, or audio without video
+    std::uint8_t accessType = 0;         // its stream type
+    bool accessAnywhere = false;         // each beginning of a unit of that PID is one (sound)
+    std::set<std::uint16_t> pids = {};   // elementary streams and the clock
 };
 
 class StreamBuffer {

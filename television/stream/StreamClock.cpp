@@ -1,3 +1,4 @@
+// Steps from one clock reference to the next.
 #include "television/stream/StreamClock.h"
 
 namespace television {
@@ -12,14 +13,12 @@ constexpr unsigned kPatience = 200;
 
 bool StreamClock::Observe(const std::uint8_t* packet) {
     const auto clock = ClockOf(packet);
-    if (!clock)
-        return false;
+    if (!clock) return false;
     if (m_pid == kNullPid || ++m_othersSince > kPatience) {
         m_pid = PidOf(packet);
         m_last.reset();
     }
-    if (PidOf(packet) != m_pid)
-        return false;
+    if (PidOf(packet) != m_pid) return false;
     m_othersSince = 0;
     return Advance(*clock);
 }
@@ -27,8 +26,7 @@ bool StreamClock::Observe(const std::uint8_t* packet) {
 bool StreamClock::Advance(std::int64_t clock) {
     const std::int64_t step = m_last ? WrappedDifference(clock, *m_last, kClockWrap) : 0;
     m_last = clock;
-    if (step < 0 || step > kLargestStep)
-        return true;
+    if (step < 0 || step > kLargestStep) return true;
     m_now += step;
     return false;
 }

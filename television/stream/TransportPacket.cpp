@@ -1,3 +1,4 @@
+// The fields of a packet, its adaptation field and a PES header (ISO/IEC 13818-1, clauses 2.4.3.2 to 2.4.3.7).
 #include "television/stream/TransportPacket.h"
 
 #include <algorithm>
@@ -11,8 +12,7 @@ constexpr std::size_t kClockBytes = 7;  // the flags and the clock reference
 
 // The adaptation field without its length byte; empty when there is none or it overruns the packet.
 std::span<const std::uint8_t> AdaptationOf(const std::uint8_t* packet) {
-    if (!HasAdaptation(packet) || kHeader + 1 + packet[kHeader] > kPacketSize)
-        return {};
+    if (!HasAdaptation(packet) || kHeader + 1 + packet[kHeader] > kPacketSize) return {};
     return {packet + kHeader + 1, packet[kHeader]};
 }
 
@@ -47,12 +47,9 @@ struct TimePlaces {
 
 TimePlaces FindTimes(const std::uint8_t* packet) {
     const auto payload = PayloadOf(packet);
-    if (!StartsUnit(packet) || IsScrambled(packet) || payload.size() < 14)
-        return {};
-    if (payload[0] != 0 || payload[1] != 0 || payload[2] != 1 || !HasOptionalHeader(payload[3]))
-        return {};
-    if ((payload[6] & 0xc0) != 0x80)
-        return {};
+    if (!StartsUnit(packet) || IsScrambled(packet) || payload.size() < 14) return {};
+    if (payload[0] != 0 || payload[1] != 0 || payload[2] != 1 || !HasOptionalHeader(payload[3])) return {};
+    if ((payload[6] & 0xc0) != 0x80) return {};
     const bool both = (payload[7] & 0xc0) == 0xc0 && payload.size() >= 19 && payload[8] >= 10;
     const bool one = (payload[7] & 0x80) && payload[8] >= 5;
     return {one ? payload.data() + 9 : nullptr, both ? payload.data() + 14 : nullptr};
@@ -62,10 +59,8 @@ TimePlaces FindTimes(const std::uint8_t* packet) {
 
 std::span<const std::uint8_t> PayloadOf(const std::uint8_t* packet) {
     std::size_t start = kHeader;
-    if (HasAdaptation(packet))
-        start += 1 + packet[kHeader];
-    if (!HasPayload(packet) || start >= kPacketSize)
-        return {};
+    if (HasAdaptation(packet)) start += 1 + packet[kHeader];
+    if (!HasPayload(packet) || start >= kPacketSize) return {};
     return {packet + start, kPacketSize - start};
 }
 
@@ -76,16 +71,14 @@ bool IsRandomAccess(const std::uint8_t* packet) {
 
 std::optional<std::int64_t> ClockOf(const std::uint8_t* packet) {
     const auto adaptation = AdaptationOf(packet);
-    if (!CarriesClock(adaptation))
-        return std::nullopt;
+    if (!CarriesClock(adaptation)) return std::nullopt;
     const auto* p = adaptation.data() + 1;
     const std::int64_t base = std::int64_t{p[0]} << 25 | p[1] << 17 | p[2] << 9 | p[3] << 1 | p[4] >> 7;
     return base * 300 + ((p[4] & 1) << 8 | p[5]);
 }
 
 void SetClock(std::uint8_t* packet, std::int64_t clock) {
-    if (!CarriesClock(AdaptationOf(packet)))
-        return;
+    if (!CarriesClock(AdaptationOf(packet))) return;
     auto* p = packet + kHeader + 2;
     const std::int64_t base = clock / 300, extension = clock % 300;
     p[0] = static_cast<std::uint8_t>(base >> 25);
@@ -99,10 +92,8 @@ void SetClock(std::uint8_t* packet, std::int64_t clock) {
 PesTimes TimesOf(const std::uint8_t* packet) {
     const TimePlaces places = FindTimes(packet);
     PesTimes times;
-    if (places.presentation)
-        times.presentation = ReadTime(places.presentation);
-    if (places.decoding)
-        times.decoding = ReadTime(places.decoding);
+    if (places.presentation) times.presentation = ReadTime(places.presentation);
+    if (places.decoding) times.decoding = ReadTime(places.decoding);
     return times;
 }
 
@@ -110,8 +101,7 @@ void SetTimes(std::uint8_t* packet, const PesTimes& times) {
     const TimePlaces places = FindTimes(packet);
     if (places.presentation && times.presentation)
         WriteTime(packet + (places.presentation - packet), *times.presentation);
-    if (places.decoding && times.decoding)
-        WriteTime(packet + (places.decoding - packet), *times.decoding);
+    if (places.decoding && times.decoding) WriteTime(packet + (places.decoding - packet), *times.decoding);
 }
 
 void MakeNullPacket(std::uint8_t* packet) {

@@ -1,3 +1,4 @@
+// What the descriptors of a PMT say of each stream.
 #include "television/tables/Components.h"
 
 #include <array>
@@ -17,26 +18,24 @@ bool IsVideo(std::uint8_t type) {
 
 std::string VideoEncoding(std::uint8_t type, bool hd) {
     const std::string format = hd ? "_HD_25" : "_SD_25";
-    if (type == kH264Video)
-        return "AVC" + format;
+    if (type == kH264Video) return "AVC" + format;
     return (type == kH265Video ? "HEVC" : "MPEG2") + format;
 }
 
 // The encoding of sound in such a stream; empty when it is no sound that the television knows.
 std::string AudioEncoding(const ElementaryStream& stream) {
     switch (stream.type) {
-    case kMpeg1Audio:
-    case kMpeg2Audio:
-        return "MPEG1_L2";
-    case kAacAudio:
-    case kLatmAudio:
-        return "HEAAC";
-    case kPrivateData:
-        if (Find(stream.descriptors, kAc3Tag))
-            return "AC3";
-        return Find(stream.descriptors, kEnhancedAc3Tag) ? "E_AC3" : Find(stream.descriptors, kDtsTag) ? "DTS" : "";
-    default:
-        return "";
+        case kMpeg1Audio:
+        case kMpeg2Audio:
+            return "MPEG1_L2";
+        case kAacAudio:
+        case kLatmAudio:
+            return "HEAAC";
+        case kPrivateData:
+            if (Find(stream.descriptors, kAc3Tag)) return "AC3";
+            return Find(stream.descriptors, kEnhancedAc3Tag) ? "E_AC3" : Find(stream.descriptors, kDtsTag) ? "DTS" : "";
+        default:
+            return "";
     }
 }
 
@@ -51,8 +50,7 @@ std::string Letters(const std::uint8_t* code) {
 // ISO/IEC 13818-1, table 2-60: audio_type.
 void ReadLanguage(const ElementaryStream& stream, Component& component) {
     const Descriptor* descriptor = Find(stream.descriptors, kLanguageTag);
-    if (!descriptor || descriptor->data.size() < 4)
-        return;
+    if (!descriptor || descriptor->data.size() < 4) return;
     component.language = Letters(descriptor->data.data());
     component.hearingImpaired = descriptor->data[3] == 0x02;
     component.audioDescription = descriptor->data[3] == 0x03;
@@ -74,8 +72,7 @@ void ReadSupplementary(const ElementaryStream& stream, Component& component) {
 int Channels(const ElementaryStream& stream) {
     const Descriptor* ac3 = Find(stream.descriptors, kAc3Tag);
     const Descriptor* descriptor = ac3 ? ac3 : Find(stream.descriptors, kEnhancedAc3Tag);
-    if (!descriptor || descriptor->data.size() < 2 || !(descriptor->data[0] & 0x80))
-        return kUsualChannels;
+    if (!descriptor || descriptor->data.size() < 2 || !(descriptor->data[0] & 0x80)) return kUsualChannels;
     constexpr std::array<int, 8> channels{1, 2, 2, 2, 6, 8, 2, 2};
     return channels[descriptor->data[1] & 7];
 }
@@ -86,8 +83,7 @@ Component Common(const MapTable& map, const ElementaryStream& stream) {
     component.streamType = stream.type;
     component.encrypted = Find(map.descriptors, kCaTag) || Find(stream.descriptors, kCaTag);
     if (const Descriptor* identifier = Find(stream.descriptors, kStreamIdentifierTag))
-        if (!identifier->data.empty())
-            component.tag = identifier->data[0];
+        if (!identifier->data.empty()) component.tag = identifier->data[0];
     return component;
 }
 
@@ -96,8 +92,7 @@ public:
     Lister(const MapTable& map, bool hd) : m_map(map), m_hd(hd) {}
 
     std::vector<Component> List() {
-        for (const ElementaryStream& stream : m_map.streams)
-            Take(stream);
+        for (const ElementaryStream& stream : m_map.streams) Take(stream);
         return std::move(m_components);
     }
 

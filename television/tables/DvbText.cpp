@@ -1,3 +1,4 @@
+// Character tables and control codes, converted with iconv.
 #include "television/tables/DvbText.h"
 
 #include <iconv.h>
@@ -24,21 +25,35 @@ CharacterTable OfIso8859(int part, std::size_t selector) {
 }
 
 CharacterTable SelectTable(std::span<const std::uint8_t> text) {
-    if (text.empty() || text[0] >= kFirstPrintable)
-        return {"ISO6937", 0, false};
+    if (text.empty() || text[0] >= kFirstPrintable) return {"ISO6937", 0, false};
     switch (text[0]) {
-    case 0x01: case 0x02: case 0x03: case 0x04: case 0x05: case 0x06:
-    case 0x07: case 0x09: case 0x0a: case 0x0b:
-        return OfIso8859(text[0] + 4, 1);
-    case 0x10:
-        return OfIso8859(text.size() >= 3 ? text[2] : 1, std::min<std::size_t>(3, text.size()));
-    case 0x11: return {"UCS-2BE", 1, true};
-    case 0x12: return {"EUC-KR", 1, false};
-    case 0x13: return {"GB2312", 1, false};
-    case 0x14: return {"BIG5", 1, false};
-    case 0x15: return {"", 1, false};
-    case 0x1f: return {"ISO6937", std::min<std::size_t>(2, text.size()), false};
-    default: return {"ISO6937", 1, false};
+        case 0x01:
+        case 0x02:
+        case 0x03:
+        case 0x04:
+        case 0x05:
+        case 0x06:
+        case 0x07:
+        case 0x09:
+        case 0x0a:
+        case 0x0b:
+            return OfIso8859(text[0] + 4, 1);
+        case 0x10:
+            return OfIso8859(text.size() >= 3 ? text[2] : 1, std::min<std::size_t>(3, text.size()));
+        case 0x11:
+            return {"UCS-2BE", 1, true};
+        case 0x12:
+            return {"EUC-KR", 1, false};
+        case 0x13:
+            return {"GB2312", 1, false};
+        case 0x14:
+            return {"BIG5", 1, false};
+        case 0x15:
+            return {"", 1, false};
+        case 0x1f:
+            return {"ISO6937", std::min<std::size_t>(2, text.size()), false};
+        default:
+            return {"ISO6937", 1, false};
     }
 }
 
@@ -46,8 +61,7 @@ class Converter {
 public:
     explicit Converter(const std::string& charset) : m_handle(iconv_open("UTF-8", charset.c_str())) {}
     ~Converter() {
-        if (Works())
-            iconv_close(m_handle);
+        if (Works()) iconv_close(m_handle);
     }
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
@@ -106,9 +120,12 @@ std::string Replaced(std::string text, std::string_view what, std::string_view w
 
 // In tables of more than one byte the control codes stand at U+E080 and up, in UTF-8 converted text also at U+0080.
 std::string WithoutWideControls(std::string text) {
-    for (const auto& [code, with] : std::array<std::pair<const char*, const char*>, 6>{{
-             {"\xee\x82\x86", ""}, {"\xee\x82\x87", ""}, {"\xee\x82\x8a", "\n"},
-             {"\xc2\x86", ""}, {"\xc2\x87", ""}, {"\xc2\x8a", "\n"}}})
+    for (const auto& [code, with] : std::array<std::pair<const char*, const char*>, 6>{{{"\xee\x82\x86", ""},
+                                                                                        {"\xee\x82\x87", ""},
+                                                                                        {"\xee\x82\x8a", "\n"},
+                                                                                        {"\xc2\x86", ""},
+                                                                                        {"\xc2\x87", ""},
+                                                                                        {"\xc2\x8a", "\n"}}})
         text = Replaced(std::move(text), code, with);
     return text;
 }
@@ -135,10 +152,8 @@ std::string DecodeText(std::span<const std::uint8_t> text) {
     const CharacterTable table = SelectTable(text);
     const auto body = text.subspan(table.selector);
     Converter converter(table.charset.empty() ? "UTF-8" : table.charset);
-    if (!converter.Works())
-        return kReplacement;
-    if (table.charset == "ISO6937")
-        return ConvertDefault(converter, WithoutControls(body));
+    if (!converter.Works()) return kReplacement;
+    if (table.charset == "ISO6937") return ConvertDefault(converter, WithoutControls(body));
     if (table.charset.empty() || table.wide || IsMultibyte(table.charset))
         return WithoutWideControls(converter.Convert({body.begin(), body.end()}));
     return converter.Convert(WithoutControls(body));

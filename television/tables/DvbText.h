@@ -7,8 +7,8 @@
 
 namespace television {
 
-// As UTF-8: the character table is chosen by the first byte; emphasis marks are left out, line breaks become "\n", and a
-// byte that the table does not know becomes U+FFFD.
+// As UTF-8: the character table is chosen by the first byte; emphasis marks are left out, line breaks become "\n", and
+// a byte that the table does not know becomes U+FFFD.
 std::string DecodeText(std::span<const std::uint8_t> text);
 
 }  // namespace television

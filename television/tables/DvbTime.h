@@ -7,15 +7,13 @@ namespace television {
 
 constexpr std::uint64_t FromBcd(std::uint64_t bcd, unsigned digits) {
     std::uint64_t value = 0;
-    for (unsigned digit = digits; digit-- > 0;)
-        value = value * 10 + (bcd >> (4 * digit) & 0x0f);
+    for (unsigned digit = digits; digit-- > 0;) value = value * 10 + (bcd >> (4 * digit) & 0x0f);
     return value;
 }
 
 constexpr std::uint64_t ToBcd(std::uint64_t value, unsigned digits) {
     std::uint64_t bcd = 0;
-    for (unsigned digit = 0; digit < digits; ++digit, value /= 10)
-        bcd |= value % 10 << (4 * digit);
+    for (unsigned digit = 0; digit < digits; ++digit, value /= 10) bcd |= value % 10 << (4 * digit);
     return bcd;
 }
 

@@ -1,9 +1,9 @@
 // libdvbpsi, whose headers include nothing of what they need.
 #pragma once
 
+#include <sys/types.h>
 #include <cstddef>
 #include <cstdint>
-#include <sys/types.h>
 
 extern "C" {
 #include <dvbpsi/dvbpsi.h>

@@ -1,3 +1,4 @@
+// Services from PAT, SDT and NIT, programmes from EIT.
 #include "television/tables/ServiceList.h"
 
 #include <algorithm>
@@ -19,7 +20,8 @@ struct ChannelNumber {
 std::uint16_t Read16(const std::uint8_t* p) { return static_cast<std::uint16_t>(p[0] << 8 | p[1]); }
 
 // The logical_channel_descriptor is a private one; countries agree on its first six bits differently.
-void AddNumbers(const Descriptor& descriptor, std::uint32_t specifier, std::map<std::uint16_t, ChannelNumber>& numbers) {
+void AddNumbers(const Descriptor& descriptor, std::uint32_t specifier,
+                std::map<std::uint16_t, ChannelNumber>& numbers) {
     const int mask = specifier == kSpecifierNordig ? 0x3fff : 0x03ff;
     for (std::size_t at = 0; at + 4 <= descriptor.data.size(); at += 4) {
         const std::uint8_t* entry = descriptor.data.data() + at;
@@ -32,8 +34,8 @@ std::map<std::uint16_t, ChannelNumber> ReadNumbers(const NetworkTable::Entry& st
     std::uint32_t specifier = kSpecifierEacem;
     for (const Descriptor& descriptor : stream.descriptors) {
         if (descriptor.tag == kPrivateDataSpecifierTag && descriptor.data.size() == 4)
-            specifier = static_cast<std::uint32_t>(Read16(descriptor.data.data())) << 16 |
-                        Read16(descriptor.data.data() + 2);
+            specifier =
+                static_cast<std::uint32_t>(Read16(descriptor.data.data())) << 16 | Read16(descriptor.data.data() + 2);
         else if (descriptor.tag == kLogicalChannelTag)
             AddNumbers(descriptor, specifier, numbers);
     }
@@ -42,8 +44,7 @@ std::map<std::uint16_t, ChannelNumber> ReadNumbers(const NetworkTable::Entry& st
 
 // A text with its length before it, at `at`, which moves behind it.
 std::string ReadText(const std::vector<std::uint8_t>& data, std::size_t& at) {
-    if (at >= data.size())
-        return "";
+    if (at >= data.size()) return "";
     const std::size_t length = std::min<std::size_t>(data[at], data.size() - at - 1);
     const std::span text(data.data() + at + 1, length);
     at += 1 + length;
@@ -53,10 +54,9 @@ std::string ReadText(const std::vector<std::uint8_t>& data, std::size_t& at) {
 // ETSI EN 300 468, table 87: service types.
 ServiceType TypeOf(std::uint8_t serviceType) {
     constexpr std::uint8_t radio[] = {0x02, 0x0a};
-    constexpr std::uint8_t television[] = {0x01, 0x04, 0x05, 0x11, 0x16, 0x17, 0x18, 0x19, 0x1a,
-                                           0x1b, 0x1c, 0x1d, 0x1e, 0x1f, 0x20};
-    if (std::count(std::begin(radio), std::end(radio), serviceType))
-        return ServiceType::Radio;
+    constexpr std::uint8_t television[] = {0x01, 0x04, 0x05, 0x11, 0x16, 0x17, 0x18, 0x19,
+                                           0x1a, 0x1b, 0x1c, 0x1d, 0x1e, 0x1f, 0x20};
+    if (std::count(std::begin(radio), std::end(radio), serviceType)) return ServiceType::Radio;
     return std::count(std::begin(television), std::end(television), serviceType) ? ServiceType::Television
                                                                                  : ServiceType::Other;
 }
@@ -64,8 +64,7 @@ ServiceType TypeOf(std::uint8_t serviceType) {
 bool IsHd(std::uint8_t serviceType) { return serviceType == 0x11 || (serviceType >= 0x19 && serviceType <= 0x20); }
 
 void ReadServiceDescriptor(const Descriptor& descriptor, Service& service) {
-    if (descriptor.data.empty())
-        return;
+    if (descriptor.data.empty()) return;
     service.type = TypeOf(descriptor.data[0]);
     service.hd = IsHd(descriptor.data[0]);
     std::size_t at = 1;
@@ -79,8 +78,7 @@ ServiceType TypeOf(const MapTable& map) {
     const auto has = [&](ComponentType type) {
         return std::any_of(components.begin(), components.end(), [type](const auto& c) { return c.type == type; });
     };
-    if (has(ComponentType::Video))
-        return ServiceType::Television;
+    if (has(ComponentType::Video)) return ServiceType::Television;
     return has(ComponentType::Audio) ? ServiceType::Radio : ServiceType::Other;
 }
 
@@ -96,11 +94,9 @@ void Describe(const Tables& tables, Service& service) {
         service.type = TypeOf(map->second);
         service.scrambled = IsScrambledByMap(map->second);
     }
-    if (!tables.description)
-        return;
+    if (!tables.description) return;
     for (const auto& entry : tables.description->services) {
-        if (entry.sid != service.sid)
-            continue;
+        if (entry.sid != service.sid) continue;
         service.scrambled = service.scrambled || entry.scrambled;
         if (const Descriptor* descriptor = Find(entry.descriptors, kServiceTag))
             ReadServiceDescriptor(*descriptor, service);
@@ -110,12 +106,10 @@ void Describe(const Tables& tables, Service& service) {
 std::vector<std::uint16_t> ListSids(const Tables& tables) {
     std::vector<std::uint16_t> sids;
     if (tables.description)
-        for (const auto& entry : tables.description->services)
-            sids.push_back(entry.sid);
+        for (const auto& entry : tables.description->services) sids.push_back(entry.sid);
     if (tables.association)
         for (const auto& entry : tables.association->services)
-            if (std::find(sids.begin(), sids.end(), entry.sid) == sids.end())
-                sids.push_back(entry.sid);
+            if (std::find(sids.begin(), sids.end(), entry.sid) == sids.end()) sids.push_back(entry.sid);
     return sids;
 }
 
@@ -129,16 +123,14 @@ Service DescribeStream(const Tables& tables) {
     if (const auto* stream = FindRunningStream(tables)) {
         service.onid = stream->onid;
         service.idType = IdTypeOf(stream->descriptors);
-        if (const Descriptor* dsd = FindDeliverySystem(stream->descriptors))
-            service.dsd = Raw(*dsd);
+        if (const Descriptor* dsd = FindDeliverySystem(stream->descriptors)) service.dsd = Raw(*dsd);
     }
     return service;
 }
 
 // Without a number last, else by number.
 bool ComesBefore(const Service& a, const Service& b) {
-    if ((a.number == 0) != (b.number == 0))
-        return b.number == 0;
+    if ((a.number == 0) != (b.number == 0)) return b.number == 0;
     return a.number < b.number;
 }
 
@@ -158,8 +150,7 @@ void ReadShortEvent(const Descriptor& descriptor, Programme& programme) {
 // One part of the long description: behind its items.
 void ReadExtendedEvent(const Descriptor& descriptor, Programme& programme) {
     constexpr std::size_t kItemsLengthAt = 4;
-    if (descriptor.data.size() <= kItemsLengthAt)
-        return;
+    if (descriptor.data.size() <= kItemsLengthAt) return;
     std::size_t at = kItemsLengthAt + 1 + descriptor.data[kItemsLengthAt];
     programme.longDescription += ReadText(descriptor.data, at);
 }
@@ -189,11 +180,9 @@ unsigned int ServiceIds::Of(std::uint16_t sid) {
 }
 
 const NetworkTable::Entry* FindRunningStream(const Tables& tables) {
-    if (!tables.network || !tables.association)
-        return nullptr;
+    if (!tables.network || !tables.association) return nullptr;
     for (const auto& stream : tables.network->streams)
-        if (stream.tsid == tables.association->tsid &&
-            (!tables.description || tables.description->onid == stream.onid))
+        if (stream.tsid == tables.association->tsid && (!tables.description || tables.description->onid == stream.onid))
             return &stream;
     return nullptr;
 }
@@ -207,8 +196,7 @@ std::vector<Service> ListServices(const Tables& tables, ServiceIds& ids) {
         service.id = ids.Of(sid);
         service.sid = sid;
         Describe(tables, service);
-        if (service.name.empty())
-            service.name = "Service " + std::to_string(sid);
+        if (service.name.empty()) service.name = "Service " + std::to_string(sid);
         if (const auto number = numbers.find(sid); number != numbers.end()) {
             service.number = number->second.number;
             service.hidden = !number->second.visible;
@@ -222,10 +210,8 @@ std::vector<Service> ListServices(const Tables& tables, ServiceIds& ids) {
 std::vector<Programme> ListProgrammes(const Tables& tables, const Service& service) {
     std::vector<Programme> programmes;
     const auto events = tables.events.find(service.sid);
-    if (events == tables.events.end())
-        return programmes;
-    for (const Event& event : events->second)
-        programmes.push_back(Describe(event, service.id));
+    if (events == tables.events.end()) return programmes;
+    for (const Event& event : events->second) programmes.push_back(Describe(event, service.id));
     return programmes;
 }
 

@@ -1,9 +1,10 @@
+// libdvbpsi's decoders, one for each PID and table, and copies of what they decode.
 #include "television/tables/TableReader.h"
 
 #include <algorithm>
 
-#include "television/tables/Dvbpsi.h"
 #include "television/tables/DvbTime.h"
+#include "television/tables/Dvbpsi.h"
 
 namespace television {
 namespace {
@@ -66,8 +67,7 @@ std::vector<Event> Copy(const dvbpsi_eit_t& eit) {
 struct TableReader::Decoder {
     Decoder(TableReader& owner, std::uint16_t from) : reader(owner), pid(from) {}
     ~Decoder() {
-        if (detach)
-            detach(handle);
+        if (detach) detach(handle);
         dvbpsi_delete(handle);
     }
 
@@ -81,26 +81,22 @@ struct TableReader::Decoder {
 
 struct TableReader::Callbacks {
     static void Association(void* decoder, dvbpsi_pat_t* pat) {
-        if (pat->b_current_next)
-            static_cast<Decoder*>(decoder)->reader.AcceptAssociation(Copy(*pat));
+        if (pat->b_current_next) static_cast<Decoder*>(decoder)->reader.AcceptAssociation(Copy(*pat));
         dvbpsi_pat_delete(pat);
     }
     static void Map(void* decoder, dvbpsi_pmt_t* pmt) {
         auto& reader = static_cast<Decoder*>(decoder)->reader;
-        if (pmt->b_current_next)
-            reader.Accept(reader.m_tables.maps[pmt->i_program_number], Copy(*pmt));
+        if (pmt->b_current_next) reader.Accept(reader.m_tables.maps[pmt->i_program_number], Copy(*pmt));
         dvbpsi_pmt_delete(pmt);
     }
     static void Description(void* decoder, dvbpsi_sdt_t* sdt) {
         auto& reader = static_cast<Decoder*>(decoder)->reader;
-        if (sdt->b_current_next)
-            reader.Accept(reader.m_tables.description, std::optional(Copy(*sdt)));
+        if (sdt->b_current_next) reader.Accept(reader.m_tables.description, std::optional(Copy(*sdt)));
         dvbpsi_sdt_delete(sdt);
     }
     static void Network(void* decoder, dvbpsi_nit_t* nit) {
         auto& reader = static_cast<Decoder*>(decoder)->reader;
-        if (nit->b_current_next)
-            reader.Accept(reader.m_tables.network, std::optional(Copy(*nit)));
+        if (nit->b_current_next) reader.Accept(reader.m_tables.network, std::optional(Copy(*nit)));
         dvbpsi_nit_delete(nit);
     }
     static void Events(void* decoder, dvbpsi_eit_t* eit) {
@@ -123,8 +119,7 @@ TableReader::TableReader(std::function<void(const Tables&)> changed) : m_changed
     Decoder& association = Add(kPatPid);
     dvbpsi_pat_attach(association.handle, Callbacks::Association, &association);
     association.detach = dvbpsi_pat_detach;
-    for (const std::uint16_t pid : {kNitPid, kSdtPid, kEitPid})
-        AddSubtables(pid);
+    for (const std::uint16_t pid : {kNitPid, kSdtPid, kEitPid}) AddSubtables(pid);
 }
 
 TableReader::~TableReader() = default;
@@ -150,8 +145,7 @@ void TableReader::AddSubtables(std::uint16_t pid) {
 
 void TableReader::Push(const std::uint8_t* packet) {
     const std::uint16_t pid = PidOf(packet);
-    if (!m_wanted[pid] || (packet[1] & 0x80) || IsScrambled(packet))
-        return;
+    if (!m_wanted[pid] || (packet[1] & 0x80) || IsScrambled(packet)) return;
     // By index: a table that is decoded here can add decoders.
     for (std::size_t i = 0; i < m_decoders.size(); ++i)
         if (m_decoders[i]->pid == pid && !m_decoders[i]->ended)
@@ -161,15 +155,13 @@ void TableReader::Push(const std::uint8_t* packet) {
 
 template <class Table>
 void TableReader::Accept(Table& slot, Table table) {
-    if (slot == table)
-        return;
+    if (slot == table) return;
     slot = std::move(table);
     m_changed(m_tables);
 }
 
 void TableReader::AcceptAssociation(AssociationTable table) {
-    if (m_tables.association == table)
-        return;
+    if (m_tables.association == table) return;
     for (auto& decoder : m_decoders) {
         const AssociationTable::Entry entry{decoder->sid, decoder->pid};
         const bool listed = std::count(table.services.begin(), table.services.end(), entry) > 0;

@@ -1,3 +1,4 @@
+// Descriptors: looked up by tag, and written as they stand in the stream.
 #include "television/tables/Tables.h"
 
 #include <algorithm>

@@ -15,20 +15,17 @@ namespace television::test {
 namespace {
 
 Packets Adaptation(const PacketShape& shape) {
-    if (!shape.clock && !shape.randomAccess)
-        return {};
+    if (!shape.clock && !shape.randomAccess) return {};
     const auto flags = static_cast<std::uint8_t>((shape.randomAccess ? 0x40 : 0) | (shape.clock ? 0x10 : 0));
     Packets field{flags};
-    if (shape.clock)
-        field.insert(field.end(), 6, 0);
+    if (shape.clock) field.insert(field.end(), 6, 0);
     field.insert(field.begin(), static_cast<std::uint8_t>(field.size()));
     return field;
 }
 
 // A PES header whose times are still to be set.
 Packets PesHeader(const PacketShape& shape) {
-    if (!shape.presentation)
-        return {};
+    if (!shape.presentation) return {};
     const bool both = shape.decoding.has_value();
     const std::uint8_t length = both ? 10 : 5;
     Packets header{0, 0, 1, 0xe0, 0, 0, 0x80, static_cast<std::uint8_t>(both ? 0xc0 : 0x80), length};
@@ -47,8 +44,7 @@ Packets MakePacket(const PacketShape& shape) {
     Append(packet, PesHeader(shape));
     Append(packet, shape.payload);
     packet.resize(kPacketSize, 0xff);
-    if (shape.clock)
-        SetClock(packet.data(), *shape.clock);
+    if (shape.clock) SetClock(packet.data(), *shape.clock);
     SetTimes(packet.data(), {shape.presentation, shape.decoding});
     return packet;
 }
@@ -60,8 +56,7 @@ std::size_t Count(const Packets& packets) { return packets.size() / kPacketSize;
 std::vector<const std::uint8_t*> OfPid(const Packets& packets, std::uint16_t pid) {
     std::vector<const std::uint8_t*> found;
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
-        if (PidOf(packets.data() + at) == pid)
-            found.push_back(packets.data() + at);
+        if (PidOf(packets.data() + at) == pid) found.push_back(packets.data() + at);
     return found;
 }
 

@@ -149,7 +149,7 @@ protected:
         Observer observer;
         observer.log = [this](const std::string& line) {
             std::lock_guard lock(m_mutex);
-            m_lines.push_back(line);
+            if (!line.starts_with("Channel ")) m_lines.push_back(line);  // the television's own go the same way
         };
         ASSERT_EQ(m_television.Start(configuration, observer), std::nullopt);
         m_lines.clear();
@@ -194,15 +194,12 @@ TEST_F(LogLines, OfSeveralThreadsDoNotMix) {
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([this, i] {
-            for (int k = 0; k < 200; ++k)
-                m_module.Print(3, "thread %d", i);
+            for (int k = 0; k < 200; ++k) m_module.Print(3, "thread %d", i);
         });
-    for (auto& thread : threads)
-        thread.join();
+    for (auto& thread : threads) thread.join();
     const auto lines = Lines();
     EXPECT_EQ(lines.size(), 800u);
-    for (const auto& line : lines)
-        EXPECT_EQ(line.size(), std::string("thread 0").size());
+    for (const auto& line : lines) EXPECT_EQ(line.size(), std::string("thread 0").size());
 }
 
 }  // namespace

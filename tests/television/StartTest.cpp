@@ -32,8 +32,7 @@ TEST_F(StartTest, RefusesAFileThatIsNoTransportStream) {
 
 TEST_F(StartTest, RefusesAStreamWithoutAClock) {
     Packets packets;
-    for (unsigned i = 0; i < 100; ++i)
-        Append(packets, MakePacket({.continuity = i & 15}));
+    for (unsigned i = 0; i < 100; ++i) Append(packets, MakePacket({.continuity = i & 15}));
     const TemporaryFile file(packets);
     EXPECT_TRUE(Contains(Refusal(file.Path()), "has no clock"));
 }
@@ -49,11 +48,11 @@ TEST_F(StartTest, RefusesAStreamWithoutTables) {
 TEST_F(StartTest, RefusesAStreamWithoutServices) {
     using demonstration::Bytes;
     using demonstration::MakeSection;
-    const TemporaryFile file(DemonstrationWith(
-        {{0, kClockRate / 10, [](std::int64_t) {
-              const auto networkOnly = Bytes().Put16(0).Put16(0xe010);
-              return std::vector<demonstration::Section>{MakeSection({.table = 0, .extension = 1}, networkOnly)};
-          }}}));
+    const TemporaryFile file(DemonstrationWith({{0, kClockRate / 10, [](std::int64_t) {
+                                                     const auto networkOnly = Bytes().Put16(0).Put16(0xe010);
+                                                     return std::vector<demonstration::Section>{
+                                                         MakeSection({.table = 0, .extension = 1}, networkOnly)};
+                                                 }}}));
     const std::string refusal = Refusal(file.Path());
     EXPECT_TRUE(Contains(refusal, "has no services")) << refusal;
 }
@@ -82,7 +81,8 @@ TEST_F(StartTest, PlaysAStreamWithoutServiceInformation) {
     using demonstration::MakeSection;
     using Sections = std::vector<demonstration::Section>;
     const TemporaryFile file(DemonstrationWith(
-        {{0, kClockRate / 10, [](std::int64_t) {
+        {{0, kClockRate / 10,
+          [](std::int64_t) {
               return Sections{MakeSection({.table = 0, .extension = 1}, Bytes().Put16(77).Put16(0xe300))};
           }},
          {0x300, kClockRate / 10, [](std::int64_t) {

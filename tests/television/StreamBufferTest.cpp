@@ -4,9 +4,9 @@
 #include <atomic>
 #include <thread>
 
-#include "tests/television/Packets.h"
 #include "television/stream/StreamBuffer.h"
 #include "television/stream/StreamTypes.h"
+#include "tests/television/Packets.h"
 
 namespace television::test {
 namespace {
@@ -30,8 +30,7 @@ protected:
     }
     std::vector<int> FedPictures() const {
         std::vector<int> numbers;
-        for (const auto* packet : OfPid(m_fed, kVideo))
-            numbers.push_back(ContinuityOf(packet));
+        for (const auto* packet : OfPid(m_fed, kVideo)) numbers.push_back(ContinuityOf(packet));
         return numbers;
     }
 
@@ -131,8 +130,7 @@ TEST(StreamBufferThreads, CallNoFeedAfterItIsDetached) {
     std::atomic<bool> stop = false;
     std::thread writer([&] {
         const Packets packet = MakePacket({.pid = kVideo, .startsUnit = true, .randomAccess = true});
-        for (std::int64_t now = 0; !stop; now += kClockRate / 1000)
-            buffer.Write(packet, now);
+        for (std::int64_t now = 0; !stop; now += kClockRate / 1000) buffer.Write(packet, now);
     });
     for (int i = 0; i < 2000; ++i) {
         auto fed = std::make_unique<std::size_t>(0);

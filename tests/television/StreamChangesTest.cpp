@@ -1,6 +1,6 @@
 // What the stream itself does while a page listens: programmes, faults, and its end.
-#include <gtest/gtest.h>
 #include <gst/gst.h>
+#include <gtest/gtest.h>
 
 #include <atomic>
 
@@ -27,9 +27,9 @@ constexpr unsigned kMissingSid = 0x6eee, kSilentSid = 0x6eef;
 // What a test does to the stream while it plays.
 struct Hand {
     std::atomic<std::int64_t> wallClock = 1'700'049'600;
-    std::atomic<bool> cut = false;        // nothing comes
-    std::atomic<std::int64_t> jump = 0;   // added to all clocks and times
-    std::atomic<unsigned> version = 0;    // of the PAT; from 1 on without Atlas One
+    std::atomic<bool> cut = false;       // nothing comes
+    std::atomic<std::int64_t> jump = 0;  // added to all clocks and times
+    std::atomic<unsigned> version = 0;   // of the PAT; from 1 on without Atlas One
 };
 
 RepeatedTable Table(std::uint16_t pid, std::function<Sections()> make) {
@@ -43,8 +43,7 @@ std::vector<RepeatedTable> TablesFor(const Hand& hand) {
     tables.push_back(Table(0, [&hand] {
         Bytes body;
         for (const auto& service : demonstration::Services())
-            if (hand.version == 0 || service.sid != 0x6e01)
-                body.Put16(service.sid).Put16(0xe000 | service.mapPid);
+            if (hand.version == 0 || service.sid != 0x6e01) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
         body.Put16(kSilentSid).Put16(0xe500);
         return Sections{MakeSection({.table = 0, .extension = demonstration::kTsid, .version = hand.version}, body)};
     }));
@@ -65,7 +64,8 @@ std::vector<RepeatedTable> TablesFor(const Hand& hand) {
 class HandledSource : public PacketSource {
 public:
     explicit HandledSource(Hand& hand)
-        : m_hand(hand), m_injector(TablesFor(hand), TablePidsOfDemonstration(), [&hand] { return hand.wallClock.load(); }) {}
+        : m_hand(hand),
+          m_injector(TablesFor(hand), TablePidsOfDemonstration(), [&hand] { return hand.wallClock.load(); }) {}
     std::optional<std::string> Open() override { return m_file.Open(); }
     bool NeedsPacing() const override { return true; }
     Result Read(Packets& packets) override {
@@ -75,20 +75,17 @@ public:
         }
         const Result result = m_file.Read(packets);
         m_injector.Process(packets);
-        for (std::size_t at = 0; m_hand.jump != 0 && at < packets.size(); at += kPacketSize)
-            Jump(packets.data() + at);
+        for (std::size_t at = 0; m_hand.jump != 0 && at < packets.size(); at += kPacketSize) Jump(packets.data() + at);
         return result;
     }
 
 private:
     void Jump(std::uint8_t* packet) const {
         const std::int64_t jump = m_hand.jump;
-        if (const auto clock = ClockOf(packet))
-            SetClock(packet, Wrapped(*clock + jump * 300, kClockWrap));
+        if (const auto clock = ClockOf(packet)) SetClock(packet, Wrapped(*clock + jump * 300, kClockWrap));
         PesTimes times = TimesOf(packet);
         for (auto* time : {&times.presentation, &times.decoding})
-            if (*time)
-                *time = Wrapped(**time + jump, kTimeWrap);
+            if (*time) *time = Wrapped(**time + jump, kTimeWrap);
         SetTimes(packet, times);
     }
 
@@ -119,8 +116,8 @@ protected:
         return m_watch.WaitFor([&] { return What(m_set->TheScreen().CurrentPicture().get()) == shown; });
     }
     unsigned int IdOf(unsigned sid) {
-        const auto service = m_set->Directory().FindTriplet(demonstration::kOnid, demonstration::kTsid,
-                                                            static_cast<int>(sid));
+        const auto service =
+            m_set->Directory().FindTriplet(demonstration::kOnid, demonstration::kTsid, static_cast<int>(sid));
         EXPECT_TRUE(service);
         return service ? service->id : 0;
     }
@@ -145,8 +142,7 @@ TEST_F(StreamChangesTest, TheRatingOfANewProgrammeIsTold) {
         m_hand.wallClock += 60;
         ASSERT_TRUE(m_listener.WaitFor("ProgrammeChanged"));
         const auto programmes = m_set->Directory().Programmes(m_set->ThePresentation().Selected());
-        if (programmes[0].ratings.empty())
-            continue;
+        if (programmes[0].ratings.empty()) continue;
         const std::string rating = "Rating " + std::to_string(programmes[0].ratings[0].rating);
         EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Aside() == Calls{rating}; }));
     }

@@ -29,14 +29,12 @@ public:
     void Read(const std::vector<RepeatedTable>& tables, std::int64_t now) {
         for (int round = 0; round < 2; ++round)
             for (const RepeatedTable& table : tables)
-                for (const Section& section : table.make(now))
-                    Read(section, table.pid);
+                for (const Section& section : table.make(now)) Read(section, table.pid);
     }
     void Read(const Section& section, std::uint16_t pid) {
         Packets packets;
         demonstration::Packetize(section, pid, m_continuity[pid], packets);
-        for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
-            m_reader.Push(packets.data() + at);
+        for (std::size_t at = 0; at < packets.size(); at += kPacketSize) m_reader.Push(packets.data() + at);
     }
     const Tables& Current() const { return m_reader.Current(); }
     int Changes() const { return m_changes; }
@@ -110,8 +108,9 @@ TEST(TableReader, TellsNothingWhenTheSameComesAgain) {
 TEST(TableReader, DropsAServiceThatLeavesThePat) {
     Reading reading;
     reading.Read(demonstration::Tables(), kNoon);
-    reading.Read(MakeSection({.table = 0, .extension = demonstration::kTsid, .version = 1},
-                             Bytes().Put16(0x6e02).Put16(0xe200)), 0);
+    reading.Read(
+        MakeSection({.table = 0, .extension = demonstration::kTsid, .version = 1}, Bytes().Put16(0x6e02).Put16(0xe200)),
+        0);
     EXPECT_EQ(reading.Current().association->services.size(), 1u);
     ASSERT_EQ(reading.Current().maps.size(), 1u);
     EXPECT_EQ(reading.Current().maps.begin()->first, 0x6e02);
@@ -130,16 +129,14 @@ TEST(TableReader, SurvivesSectionsOfNoise) {
     std::uint32_t state = 1;
     for (int i = 0; i < 3000; ++i) {
         Bytes body;
-        for (int k = 0; k < 60; ++k)
-            body.Put8((state = state * 1664525 + 1013904223) >> 24);
+        for (int k = 0; k < 60; ++k) body.Put8((state = state * 1664525 + 1013904223) >> 24);
         const unsigned table[] = {0x00, 0x02, 0x40, 0x42, 0x4e};
         const std::uint16_t pid[] = {0x00, 0x100, 0x10, 0x11, 0x12};
         reading.Read(MakeSection({.table = table[i % 5], .extension = state & 3, .version = state >> 8 & 31}, body),
                      pid[i % 5]);
     }
     ServiceIds ids;
-    for (const Service& service : ListServices(reading.Current(), ids))
-        ListProgrammes(reading.Current(), service);
+    for (const Service& service : ListServices(reading.Current(), ids)) ListProgrammes(reading.Current(), service);
 }
 
 TEST(ServiceList, IsInTheOrderOfTheChannelNumbers) {
@@ -161,14 +158,13 @@ TEST(ServiceList, IsInTheOrderOfTheChannelNumbers) {
 }
 
 Section Network(const Bytes& descriptors) {
-    return MakeSection({.table = 0x40, .extension = 9}, Bytes().PutLoop({}).PutLoop(
-                                                            Bytes().Put16(1).Put16(2).PutLoop(descriptors)));
+    return MakeSection({.table = 0x40, .extension = 9},
+                       Bytes().PutLoop({}).PutLoop(Bytes().Put16(1).Put16(2).PutLoop(descriptors)));
 }
 
 Section Association(std::initializer_list<unsigned> sids) {
     Bytes body;
-    for (const unsigned sid : sids)
-        body.Put16(sid).Put16(0xe100 + sid);
+    for (const unsigned sid : sids) body.Put16(sid).Put16(0xe100 + sid);
     return MakeSection({.table = 0, .extension = 1}, body);
 }
 
@@ -188,8 +184,9 @@ TEST(ServiceList, KeepsIdsWhenTheOrderChanges) {
     reading.Read(Association({7, 5}), 0);
     ServiceIds ids;
     const auto before = ListServices(reading.Current(), ids);
-    reading.Read(Network(Bytes().PutDescriptor(kLogicalChannelTag,
-                                               Bytes().Put16(5).Put16(0xfc01).Put16(7).Put16(0xfc02))), 0x10);
+    reading.Read(
+        Network(Bytes().PutDescriptor(kLogicalChannelTag, Bytes().Put16(5).Put16(0xfc01).Put16(7).Put16(0xfc02))),
+        0x10);
     const auto after = ListServices(reading.Current(), ids);
     ASSERT_EQ(after.size(), 2u);
     EXPECT_EQ(after[0].sid, 5);
@@ -199,9 +196,11 @@ TEST(ServiceList, KeepsIdsWhenTheOrderChanges) {
 TEST(ServiceList, HidesServicesThatTheNetworkHidesAndReadsLongNordicNumbers) {
     Reading reading;
     reading.Read(Association({7, 5}), 0);
-    reading.Read(Network(Bytes().PutDescriptor(kPrivateDataSpecifierTag, Bytes().Put32(kSpecifierNordig))
+    reading.Read(Network(Bytes()
+                             .PutDescriptor(kPrivateDataSpecifierTag, Bytes().Put32(kSpecifierNordig))
                              .PutDescriptor(kLogicalChannelTag,
-                                            Bytes().Put16(5).Put16(0x4000 | 2000).Put16(7).Put16(0xc000 | 3))), 0x10);
+                                            Bytes().Put16(5).Put16(0x4000 | 2000).Put16(7).Put16(0xc000 | 3))),
+                 0x10);
     ServiceIds ids;
     const auto services = ListServices(reading.Current(), ids);
     ASSERT_EQ(services.size(), 2u);
@@ -296,8 +295,7 @@ TEST(TableInjector, PutsTablesOnlyIntoSparePackets) {
     EXPECT_GE(associations.size(), 15u) << "ten a second for two seconds";
     EXPECT_LE(associations.size(), 21u);
     TableReader reader([](const Tables&) {});
-    for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
-        reader.Push(packets.data() + at);
+    for (std::size_t at = 0; at < packets.size(); at += kPacketSize) reader.Push(packets.data() + at);
     EXPECT_TRUE(reader.Current().network);
     EXPECT_EQ(reader.Current().events.size(), 4u);
 }
@@ -305,8 +303,7 @@ TEST(TableInjector, PutsTablesOnlyIntoSparePackets) {
 TEST(DemonstrationStream, HasTheStreamsThatItsTablesName) {
     const Packets packets = DemonstrationWith({});
     for (const auto& service : demonstration::Services()) {
-        for (const auto& stream : service.streams)
-            EXPECT_GT(OfPid(packets, stream.pid).size(), 100u) << service.name;
+        for (const auto& stream : service.streams) EXPECT_GT(OfPid(packets, stream.pid).size(), 100u) << service.name;
         const auto clocks = OfPid(packets, service.clockPid);
         EXPECT_TRUE(std::any_of(clocks.begin(), clocks.end(), [](const auto* p) { return ClockOf(p).has_value(); }));
     }

@@ -24,8 +24,7 @@ TEST(TaskQueue, DoesTasksInTheirOrderOnOneThread) {
         });
     queue.Drain();
     ASSERT_EQ(done.size(), 100u);
-    for (int i = 0; i < 100; ++i)
-        EXPECT_EQ(done[static_cast<std::size_t>(i)], i);
+    for (int i = 0; i < 100; ++i) EXPECT_EQ(done[static_cast<std::size_t>(i)], i);
     EXPECT_EQ(std::count(threads.begin(), threads.end(), threads[0]), 100);
     EXPECT_NE(threads[0], std::this_thread::get_id());
 }
@@ -74,8 +73,7 @@ TEST(ListenerGateThreads, NoCallIsInProgressWhenTheListenerIsTakenAway) {
     std::atomic<bool> stop = false;
     std::function<void()> tell = [&] {
         gate.Tell([] { return true; }, [](IBroadcastPlayerListener& l) { l.ChannelChanged(); });
-        if (!stop)
-            queue.Post(tell);
+        if (!stop) queue.Post(tell);
     };
     queue.Post(tell);
     for (int i = 0; i < 1000; ++i) {
@@ -106,8 +104,7 @@ TEST(ListenerGateThreads, WhatChangesWhileItIsClosedIsSeenByEveryLaterCall) {
             queue.Post([&, asked] {
                 gate.Tell([&] { return request == asked; }, [](IBroadcastPlayerListener& l) { l.ChannelChanged(); });
             });
-        if (i % 2)
-            queue.Drain();
+        if (i % 2) queue.Drain();
         EXPECT_LE(told, static_cast<std::size_t>(i));
     }
     queue.Drain();

@@ -33,15 +33,13 @@ bool Near(const Colour& a, const Colour& b) {
 }  // namespace
 
 Shown What(const Picture* picture) {
-    if (!picture)
-        return Shown::Black;
+    if (!picture) return Shown::Black;
     const Colour mean = MeanColour(*picture);
     constexpr std::array<std::pair<Colour, Shown>, 3> known{{{{0x1c, 0x3f, 0x95}, Shown::AtlasOne},
                                                              {{0x1b, 0x7a, 0x3d}, Shown::AtlasTwo},
                                                              {{0xa3, 0x26, 0x2a}, Shown::Boreal}}};
     for (const auto& [colour, shown] : known)
-        if (Near(mean, colour))
-            return shown;
+        if (Near(mean, colour)) return shown;
     return Shown::Unknown;
 }
 
@@ -74,8 +72,7 @@ bool TelevisionTest::WaitForTunes(std::uint64_t count) {
 
 unsigned int TelevisionTest::IdOf(const std::string& name) {
     for (const Service& service : m_television.Services())
-        if (service.name == name)
-            return service.id;
+        if (service.name == name) return service.id;
     ADD_FAILURE() << "no service " << name;
     return 0;
 }

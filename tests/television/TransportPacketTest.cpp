@@ -1,11 +1,11 @@
 // Reading and writing single packets.
 #include <gtest/gtest.h>
 
-#include "tests/television/Packets.h"
 #include "television/stream/PacketAligner.h"
 #include "television/stream/RandomAccess.h"
 #include "television/stream/StreamClock.h"
 #include "television/stream/StreamTypes.h"
+#include "tests/television/Packets.h"
 
 namespace television::test {
 namespace {
@@ -29,8 +29,7 @@ TEST(TransportPacket, HasNoClockWithoutOne) {
 }
 
 TEST(TransportPacket, KeepsBothTimesOfAPesHeader) {
-    const Packets packet =
-        MakePacket({.startsUnit = true, .presentation = kTimeWrap - 1, .decoding = 0x155555555});
+    const Packets packet = MakePacket({.startsUnit = true, .presentation = kTimeWrap - 1, .decoding = 0x155555555});
     EXPECT_EQ(TimesOf(packet.data()).presentation, kTimeWrap - 1);
     EXPECT_EQ(TimesOf(packet.data()).decoding, 0x155555555);
 }
@@ -74,8 +73,7 @@ TEST(RandomAccess, IsWhereAParameterSetOrSequenceHeaderBegins) {
 
 TEST(PacketAligner, FindsPacketsBehindGarbageAndAcrossPieces) {
     Packets stream{1, kSyncByte, 2, 3};
-    for (unsigned i = 0; i < 10; ++i)
-        Append(stream, MakePacket({.continuity = i}));
+    for (unsigned i = 0; i < 10; ++i) Append(stream, MakePacket({.continuity = i}));
     PacketAligner aligner;
     Packets packets;
     for (std::size_t at = 0; at < stream.size(); at += 100)
@@ -86,11 +84,9 @@ TEST(PacketAligner, FindsPacketsBehindGarbageAndAcrossPieces) {
 
 TEST(PacketAligner, ResumesBehindAFault) {
     Packets stream;
-    for (unsigned i = 0; i < 6; ++i)
-        Append(stream, MakePacket({.continuity = i}));
+    for (unsigned i = 0; i < 6; ++i) Append(stream, MakePacket({.continuity = i}));
     Append(stream, Packets(50, 0));
-    for (unsigned i = 6; i < 12; ++i)
-        Append(stream, MakePacket({.continuity = i}));
+    for (unsigned i = 6; i < 12; ++i) Append(stream, MakePacket({.continuity = i}));
     PacketAligner aligner;
     Packets packets;
     aligner.Push(stream, packets);
@@ -100,8 +96,7 @@ TEST(PacketAligner, ResumesBehindAFault) {
 
 TEST(PacketAligner, TakesNoTextForPackets) {
     std::string text;
-    while (text.size() < 4000)
-        text += "GET THE GREAT PAGE\n";
+    while (text.size() < 4000) text += "GET THE GREAT PAGE\n";
     PacketAligner aligner;
     Packets packets;
     aligner.Push({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, packets);
@@ -128,8 +123,7 @@ TEST(StreamClock, TellsAJumpAndDoesNotCountIt) {
 TEST(StreamClock, FollowsAnotherProgrammeWhenItsOwnEnds) {
     StreamClock clock;
     clock.Observe(MakePacket({.pid = 1, .clock = 0}).data());
-    for (std::int64_t i = 0; i < 300; ++i)
-        clock.Observe(MakePacket({.pid = 2, .clock = i * 1000}).data());
+    for (std::int64_t i = 0; i < 300; ++i) clock.Observe(MakePacket({.pid = 2, .clock = i * 1000}).data());
     EXPECT_GT(clock.Now(), 0);
 }
 

@@ -46,8 +46,7 @@ TEST_F(ZapTest, ThreeHundredChangesAreFastAndLeaveNothingBehind) {
     long before = 0;
     for (int i = 0; i < kZaps && !HasFatalFailure(); ++i) {
         Zap();
-        if (i == kZaps / 3)
-            before = ResidentMemory();
+        if (i == kZaps / 3) before = ResidentMemory();
     }
     const long grown = ResidentMemory() - before;
     std::sort(m_times.begin(), m_times.end());
@@ -81,15 +80,12 @@ TEST_F(ZapTest, ThreadsThatReadWhileChannelsChangeAreServed) {
                 const auto picture = m_television.CurrentPicture();
                 m_television.VideoRectangle();
                 m_television.CurrentService();
-                for (const Service& service : m_television.Services())
-                    m_television.Programmes(service.id);
+                for (const Service& service : m_television.Services()) m_television.Programmes(service.id);
             }
         });
-    for (int i = 0; i < 30; ++i)
-        Zap();
+    for (int i = 0; i < 30; ++i) Zap();
     stop = true;
-    for (auto& reader : readers)
-        reader.join();
+    for (auto& reader : readers) reader.join();
 }
 
 // The page comes and goes while notifications are under way: its listener must be left alone once it is gone.
@@ -100,10 +96,8 @@ TEST_F(ZapTest, ThreadsNeverCallAListenerThatWasReleased) {
         ASSERT_NE(player, nullptr);
         player->SetListener(listener.get());
         player->NextChannel();
-        if (i % 3 == 0)
-            m_watch.WaitFor([&] { return !listener->Told().empty(); });
-        if (i % 5 == 0)
-            m_television.ViewerSelectsNext();
+        if (i % 3 == 0) m_watch.WaitFor([&] { return !listener->Told().empty(); });
+        if (i % 5 == 0) m_television.ViewerSelectsNext();
         m_browser.ReleaseBroadcastPlayer(player);
         listener.reset();
     }

@@ -65,24 +65,33 @@ int Session::Fail(const QString& sentence) {
 }
 
 Session::Failure Session::Prepare() {
-    if (!m_options.events.isEmpty()) {
-        if (const Failure failure = m_log.WriteTo(m_options.events)) {
-            return failure;
-        }
-    }
-    if (const Failure failure = OfferPlugin(m_options.plugin)) {
+    if (Failure failure = OfferPlugin(m_options.plugin)) {
         return failure;
     }
-    // Page tests run side by side: they listen to a remote only where they are told to.
-    const bool usual = m_options.remote.isEmpty() && !m_options.test;
-    const QString remote = usual ? UsualRemotePath() : m_options.remote;
-    if (!remote.isEmpty() && remote != QLatin1String("none")) {
-        if (const Failure failure = m_remote.Listen(remote)) {
-            return failure;
-        }
+    if (Failure failure = OpenEvents()) {
+        return failure;
+    }
+    if (Failure failure = OpenRemote()) {
+        return failure;
     }
     BuildWindow();
     return StartTelevision();
+}
+
+Session::Failure Session::OpenEvents() {
+    if (m_options.events.isEmpty()) {
+        return std::nullopt;
+    }
+    ObservePlugin([this](const QString& kind, const QJsonObject& details) { m_log.Add(kind, details); });
+    return m_log.WriteTo(m_options.events);
+}
+
+// Page tests run side by side: they listen to a remote only where they are told to.
+Session::Failure Session::OpenRemote() {
+    const bool usual = m_options.remote.isEmpty() && !m_options.test;
+    const QString remote = usual ? UsualRemotePath() : m_options.remote;
+    const bool none = remote.isEmpty() || remote == QLatin1String("none");
+    return none ? std::nullopt : m_remote.Listen(remote);
 }
 
 void Session::BuildWindow() {

@@ -45,6 +45,8 @@ public:
 
 private:
     Failure Prepare();
+    Failure OpenEvents();
+    Failure OpenRemote();
     Failure StartTelevision();
     void BuildWindow();
     void ConnectPage();

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <utility>
 
 #include "browser/host/adapter/Contract.h"
 
@@ -17,6 +19,10 @@ QString BesideProgram(const QString& relative) {
 
 QString AdapterFolder() {
     return BesideProgram(QStringLiteral("plugins"));
+}
+
+QString AdapterFile() {
+    return AdapterFolder() + QStringLiteral("/nptvadapter.so");
 }
 
 // The reason why a library is no plug-in; nothing when it is one. It stays loaded, as Qt WebKit would keep it.
@@ -33,6 +39,58 @@ std::optional<QString> WhyNoPlugin(const QString& file) {
     return std::nullopt;
 }
 
+// Null before OfferPlugin has loaded the adapter.
+template <class Function>
+Function AdapterFunction(const char* symbol) {
+    void* library = dlopen(QFile::encodeName(AdapterFile()).constData(), RTLD_NOW | RTLD_NOLOAD);
+    const auto function = library != nullptr ? reinterpret_cast<Function>(dlsym(library, symbol)) : nullptr;
+    if (library != nullptr) {
+        dlclose(library);
+    }
+    return function;
+}
+
+// Objects are told as such: reading their members would run the page's script.
+QJsonValue ToJson(const NPVariant& value) {
+    switch (value.type) {
+    case NPVariantType_Void:
+    case NPVariantType_Null:
+        return {};
+    case NPVariantType_Bool:
+        return value.value.boolValue;
+    case NPVariantType_Int32:
+        return value.value.intValue;
+    case NPVariantType_Double:
+        return value.value.doubleValue;
+    case NPVariantType_String:
+        return QString::fromUtf8(value.value.stringValue.UTF8Characters, int(value.value.stringValue.UTF8Length));
+    case NPVariantType_Object:
+        return QStringLiteral("[object]");
+    }
+    return {};
+}
+
+void Tell(void* context, const adapter::Traffic& traffic) {
+    QJsonArray arguments;
+    QJsonObject members;
+    for (std::uint32_t i = 0; i < traffic.count; ++i) {
+        const adapter::TrafficValue& value = traffic.values[i];
+        if (value.name != nullptr) {
+            members.insert(QString::fromUtf8(value.name), ToJson(value.value));
+        } else {
+            arguments.append(ToJson(value.value));
+        }
+    }
+    QJsonObject details{{QStringLiteral("name"), QString::fromUtf8(traffic.name)}};
+    if (!arguments.isEmpty()) {
+        details.insert(QStringLiteral("arguments"), arguments);
+    }
+    if (!members.isEmpty()) {
+        details.insert(QStringLiteral("members"), members);
+    }
+    (*static_cast<TrafficObserver*>(context))(QString::fromUtf8(traffic.kind), details);
+}
+
 }  // namespace
 
 std::optional<QString> OfferPlugin(const QString& plugin) {
@@ -42,7 +100,7 @@ std::optional<QString> OfferPlugin(const QString& plugin) {
         return QStringLiteral("The video/broadcast plug-in %1 cannot be loaded (%2): build it, or name another with "
                               "--plugin.").arg(file, *reason);
     }
-    if (const auto reason = WhyNoPlugin(AdapterFolder() + QStringLiteral("/nptvadapter.so"))) {
+    if (const auto reason = WhyNoPlugin(AdapterFile())) {
         return QStringLiteral("The TV browser's adapter plug-in cannot be loaded (%1): build all of the TV browser.")
             .arg(*reason);
     }
@@ -53,16 +111,17 @@ std::optional<QString> OfferPlugin(const QString& plugin) {
 }
 
 void InvalidatePluginObjects() {
-    const QByteArray file = QFile::encodeName(AdapterFolder() + QStringLiteral("/nptvadapter.so"));
-    void* library = dlopen(file.constData(), RTLD_NOW | RTLD_NOLOAD);
-    if (library == nullptr) {
-        return;
-    }
-    const auto invalidate = reinterpret_cast<adapter::InvalidateAll>(dlsym(library, adapter::kInvalidateAllSymbol));
-    if (invalidate != nullptr) {
+    if (const auto invalidate = AdapterFunction<adapter::InvalidateAll>(adapter::kInvalidateAllSymbol)) {
         invalidate();
     }
-    dlclose(library);
+}
+
+void ObservePlugin(TrafficObserver observer) {
+    static TrafficObserver s_observer;
+    s_observer = std::move(observer);
+    if (const auto observe = AdapterFunction<adapter::Observe>(adapter::kObserveSymbol)) {
+        observe(s_observer ? Tell : nullptr, &s_observer);
+    }
 }
 
 }  // namespace browser

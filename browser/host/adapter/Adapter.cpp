@@ -8,6 +8,7 @@
 
 #include "browser/host/adapter/ElementPlace.h"
 #include "browser/host/adapter/HeldFunctions.h"
+#include "browser/host/adapter/Observation.h"
 #include "browser/host/adapter/PluginLibrary.h"
 #include "browser/host/adapter/RootObject.h"
 
@@ -141,4 +142,8 @@ EXPORTED const char* NP_GetMIMEDescription() {
 
 EXPORTED void TvInvalidateAllInstances() {
     adapter::InvalidateAllInstances();
+}
+
+EXPORTED void TvObserveTraffic(adapter::TrafficObserver observer, void* context) {
+    adapter::SetObserver(observer, context);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "browser/host/adapter/Contract.h"
+#include "browser/host/adapter/Observation.h"
 #include "browser/host/adapter/PluginLibrary.h"
 #include "browser/host/adapter/Script.h"
 
@@ -16,6 +17,8 @@ namespace {
 struct HeldFunction : NPObject {
     ScriptObject window;
     std::int32_t index = 0;  // in the window's table
+    NPIdentifier property = nullptr;  // set as this handler
+    bool hasSeveralNames = false;
 };
 
 using Key = std::pair<NPObject*, std::int32_t>;
@@ -58,6 +61,7 @@ void Deallocate(NPObject* object) {
 // The page may let the plug-in drop the function while it runs.
 bool InvokeDefault(NPObject* object, const NPVariant* arguments, std::uint32_t count, NPVariant* result) {
     auto* held = static_cast<HeldFunction*>(object);
+    ReportDelivery(held->hasSeveralNames ? nullptr : held->property, held->window.Get()->_class, arguments, count);
     Browser().retainobject(object);
     std::vector<NPVariant> all{Number(kCallFunction), Number(held->index)};
     all.insert(all.end(), arguments, arguments + count);
@@ -124,6 +128,12 @@ bool ReplaceByHeld(NPP npp, NPVariant& value) {
     }
     value.value.objectValue = HeldAt(npp, std::move(window), index);
     return true;
+}
+
+void NameHandler(const NPVariant& value, NPIdentifier property) {
+    auto* held = static_cast<HeldFunction*>(value.value.objectValue);
+    held->hasSeveralNames = held->hasSeveralNames || (held->property != nullptr && held->property != property);
+    held->property = property;
 }
 
 void ReplaceByOriginal(NPVariant& value) {

@@ -14,6 +14,9 @@ namespace adapter {
 // then owns that reference. The same function of a page gives the same object as long as anyone holds it.
 bool ReplaceByHeld(NPP npp, NPVariant& value);
 
+// Notes for whoever observes that the adapter's object in `value` is a handler: under which name the page set it.
+void NameHandler(const NPVariant& value, NPIdentifier property);
+
 // Where `value` holds an object of the adapter's: gives that back and puts the page's own function in its place.
 void ReplaceByOriginal(NPVariant& value);
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "browser/host/adapter/HeldFunctions.h"
+#include "browser/host/adapter/Observation.h"
 #include "browser/host/adapter/PluginLibrary.h"
 
 namespace adapter {
@@ -62,6 +63,7 @@ bool InvokeWithListener(NPObject* object, NPIdentifier method, std::vector<NPVar
 
 bool Invoke(NPObject* object, NPIdentifier method, const NPVariant* arguments, std::uint32_t count,
             NPVariant* result) {
+    ReportCall(method, arguments, count);
     if (TakesListener(method)) {
         return InvokeWithListener(object, method, {arguments, arguments + count}, result);
     }
@@ -71,6 +73,9 @@ bool Invoke(NPObject* object, NPIdentifier method, const NPVariant* arguments, s
 bool SetProperty(NPObject* object, NPIdentifier name, const NPVariant* value) {
     NPVariant given = *value;
     const bool replaced = Replace(object, given);
+    if (replaced) {
+        NameHandler(given, name);
+    }
     const bool done = Original(object).setProperty(object, name, &given);
     if (replaced) {
         Browser().releaseobject(given.value.objectValue);

@@ -1,0 +1,75 @@
+// The command line.
+#include "browser/Options.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/browser/Printing.h"
+
+namespace browser {
+
+namespace {
+
+Options Read(const QStringList& arguments) {
+    const auto read = ReadOptions(arguments);
+    EXPECT_TRUE(std::holds_alternative<Options>(read)) << arguments.join(' ');
+    return std::holds_alternative<Options>(read) ? std::get<Options>(read) : Options{};
+}
+
+QString ErrorOf(const QStringList& arguments) {
+    const auto read = ReadOptions(arguments);
+    const auto* error = std::get_if<UsageError>(&read);
+    return error != nullptr ? error->sentence : QString();
+}
+
+TEST(Options, NoArgumentsMeanTheDemonstrationWithSoundAndControlOfTheBroadcast) {
+    const Options options = Read({});
+    EXPECT_EQ(options.url, QString());
+    EXPECT_EQ(options.stream, QString());
+    EXPECT_TRUE(options.sound);
+    EXPECT_TRUE(options.broadcastRelated);
+    EXPECT_FALSE(options.seconds.has_value());
+}
+
+TEST(Options, AValueFollowsItsOptionOrAnEqualsSign) {
+    EXPECT_EQ(Read({"--stream", "a.ts"}).stream, "a.ts");
+    EXPECT_EQ(Read({"--stream=a=b.ts"}).stream, "a=b.ts");
+}
+
+TEST(Options, SwitchesTakeNoValueAndLeaveTheNextArgumentAlone) {
+    const Options options = Read({"--no-sound", "page.html", "--independent"});
+    EXPECT_FALSE(options.sound);
+    EXPECT_FALSE(options.broadcastRelated);
+    EXPECT_EQ(options.url, "page.html");
+}
+
+TEST(Options, LogLevelsHaveNamesAndThePluginsNumbers) {
+    EXPECT_EQ(Read({"--log", "none"}).logLevel, -1);
+    EXPECT_EQ(Read({"--log", "warnings"}).logLevel, 2);
+    EXPECT_EQ(Read({"--log", "4"}).logLevel, 4);
+    EXPECT_NE(ErrorOf({"--log", "1"}), QString());
+    EXPECT_NE(ErrorOf({"--log", "loud"}), QString());
+}
+
+TEST(Options, ScriptsAddUp) {
+    EXPECT_EQ(Read({"--evaluate", "1", "--evaluate", "2"}).evaluate, (QStringList{"1", "2"}));
+}
+
+TEST(Options, WrongUseIsToldByName) {
+    EXPECT_TRUE(ErrorOf({"--bogus"}).contains("--bogus"));
+    EXPECT_TRUE(ErrorOf({"--stream"}).contains("--stream"));
+    EXPECT_TRUE(ErrorOf({"--seconds", "soon"}).contains("--seconds"));
+    EXPECT_TRUE(ErrorOf({"--seconds", "0"}).contains("--seconds"));
+    EXPECT_TRUE(ErrorOf({"one.html", "two.html"}).contains("two.html"));
+    EXPECT_NE(ErrorOf({"--tour", "--test"}), QString());
+}
+
+TEST(Options, HelpWinsOverWhatFollowsAndNamesEveryOption) {
+    EXPECT_TRUE(std::holds_alternative<HelpWanted>(ReadOptions({"--help", "--bogus"})));
+    for (const char* name : {"--stream", "--tour", "--test", "--screenshot", "--events", "--remote", "--plugin"}) {
+        EXPECT_TRUE(HelpText().contains(name)) << name;
+    }
+}
+
+}  // namespace
+
+}  // namespace browser

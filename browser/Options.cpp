@@ -70,6 +70,8 @@ const std::vector<OptionRow>& Rows() {
         {"--stream", "FILE|URL", "the transport stream to receive: a file, udp://, http://, https:// or dvb://\n"
                                  "(default: the demonstration multiplex)", Text(&Options::stream)},
         {"--no-sound", nullptr, "play no sound", Switch(&Options::sound, false)},
+        {"--sound-file", "FILE", "write the sound to a file instead (16-bit stereo samples, 48 kHz)",
+         Text(&Options::soundFile)},
         {"--independent", nullptr, "the page is not broadcast related: it may not control the broadcast",
          Switch(&Options::broadcastRelated, false)},
         {"--audio-language", "LNG", "the viewer's preferred language of sound, three letters (default: eng)",

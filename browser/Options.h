@@ -22,6 +22,7 @@ struct Options {
     std::optional<int> seconds;
     int logLevel = 0;
     bool sound = true;
+    QString soundFile;
     bool broadcastRelated = true;
     bool tour = false;
     bool test = false;

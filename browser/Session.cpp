@@ -113,6 +113,8 @@ Session::Failure Session::StartTelevision() {
     configuration.stream = m_options.stream.toStdString();
     configuration.demonstration = DemonstrationFile(m_options).toStdString();
     configuration.sound = m_options.sound;
+    configuration.soundFile = m_options.soundFile.toStdString();
+    configuration.audioLanguage = m_options.settings.audioLanguage.toStdString();
 
     television::Observer observer;
     observer.pictureChanged = [this] { m_window->PictureChanged(); };

@@ -3,6 +3,7 @@
 
 #include <gst/gst.h>
 
+#include <fstream>
 #include <utility>
 
 #include "television/Log.h"
@@ -15,6 +16,18 @@ std::unique_ptr<PacketSource> SourceOf(const Configuration& configuration, std::
     if (configuration.stream.empty())
         return std::make_unique<demonstration::DemonstrationSource>(configuration.demonstration);
     return MakeSource(configuration.stream, error);
+}
+
+// A sentence when the file for the sound cannot be written.
+std::optional<std::string> ChooseSoundOutput(const Configuration& configuration, SoundOutput& output) {
+    if (configuration.soundFile.empty()) {
+        if (configuration.sound) output.element = FindAudioSink();
+        return std::nullopt;
+    }
+    if (!std::ofstream(configuration.soundFile, std::ios::binary))
+        return "The sound cannot be written to " + configuration.soundFile + ": name a file that can be written.";
+    output.file = configuration.soundFile;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -40,7 +53,9 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     if (progress) progress("Opening " + (configuration.stream.empty() ? "the demonstration" : configuration.stream));
     if (auto fault = source->Open()) return fault;
     LoadElements();
-    auto set = std::make_shared<TelevisionSet>(m_gate, observer, configuration.sound ? FindAudioSink() : "fakesink");
+    SoundOutput sound;
+    if (auto fault = ChooseSoundOutput(configuration, sound)) return fault;
+    auto set = std::make_shared<TelevisionSet>(m_gate, observer, sound, configuration.audioLanguage);
     if (auto fault = set->Start(std::move(source), progress)) {
         set->Shutdown();
         return fault;

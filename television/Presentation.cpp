@@ -6,8 +6,10 @@
 
 namespace television {
 
-Presentation::Presentation(Surroundings surroundings, std::string audioSink)
-    : m_around(std::move(surroundings)), m_audioSink(std::move(audioSink)) {}
+Presentation::Presentation(Surroundings surroundings, SoundOutput sound, const std::string& language)
+    : m_around(std::move(surroundings)), m_sound(std::move(sound)) {
+    m_state.choice = ComponentChoice(language);
+}
 
 Presentation::~Presentation() = default;
 
@@ -55,6 +57,7 @@ bool Presentation::Select(unsigned int id, Report report, bool announce) {
     const bool continues = Continues(id), presented = m_state.phase == Phase::Presented;
     const bool changed = m_state.selected != id;
     m_state.selected = id;
+    if (changed) m_state.choice.Reset();
     if (!continues)
         BeginSession(report);
     else if (!presented)
@@ -112,6 +115,7 @@ void Presentation::Unbind() {
         std::lock_guard lock(m_mutex);
         ++m_state.request;
         m_state.report = Report::Nothing;
+        m_state.choice.Reset();
         reselected = m_state.selected == 0 && m_state.last != 0;
         if (reselected) m_state.selected = m_state.last;
         if (m_state.selected != 0 && m_state.phase == Phase::Idle) {
@@ -119,6 +123,7 @@ void Presentation::Unbind() {
             PostSession(m_state.session);
         }
     }
+    m_around.queue.Post([this] { ApplyChoice(); });
     m_around.screen.SetFullScreen();
     if (reselected) m_around.channelChanged();
 }
@@ -176,6 +181,32 @@ void Presentation::SetVolume(int volume) {
     m_around.queue.Post([this] {
         if (m_decoder) m_decoder->SetVolume(Volume());
     });
+}
+
+bool Presentation::Presents(const Component& component) const {
+    const auto components = m_around.directory.RouteTo(Selected()).components;
+    std::lock_guard lock(m_mutex);
+    if (m_state.phase != Phase::Presented || m_state.suspended) return false;
+    const auto presented = m_state.choice.Presented(components, component.type);
+    return presented && presented->index == component.index;
+}
+
+bool Presentation::SelectComponent(ComponentType type, unsigned int index) {
+    return Choose(type, index, &ComponentChoice::Select);
+}
+
+bool Presentation::UnselectComponent(ComponentType type, unsigned int index) {
+    return Choose(type, index, &ComponentChoice::Unselect);
+}
+
+bool Presentation::Choose(ComponentType type, unsigned int index, ChoiceOperation operation) {
+    const auto components = m_around.directory.RouteTo(Selected()).components;
+    {
+        std::lock_guard lock(m_mutex);
+        if (!(m_state.choice.*operation)(components, type, index)) return false;
+    }
+    m_around.queue.Post([this] { ApplyChoice(); });
+    return true;
 }
 
 bool Presentation::IsCurrent(std::uint64_t session) const {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "television/ComponentChoice.h"
 #include "television/ListenerGate.h"
 #include "television/Screen.h"
 #include "television/ServiceDirectory.h"
@@ -28,7 +29,8 @@ public:
         TaskQueue& queue;
         std::function<void()> channelChanged;  // Selected answers differently
     };
-    Presentation(Surroundings surroundings, std::string audioSink);
+    // `language`: the viewer's preferred one for sound, three letters or empty.
+    Presentation(Surroundings surroundings, SoundOutput sound, const std::string& language);
     ~Presentation();
 
     // By the page. The outcome is reported once, unless another operation comes first.
@@ -56,6 +58,10 @@ public:
     unsigned int Selected() const;
     bool IsPresented() const;
     TuneTimes LastTune() const;
+    // What of the selected service is presented. A component that the service does not have changes nothing.
+    bool Presents(const Component& component) const;
+    bool SelectComponent(ComponentType type, unsigned int index);
+    bool UnselectComponent(ComponentType type, unsigned int index);
     void SetVolume(int volume);
     int Volume() const;
 
@@ -84,9 +90,13 @@ private:
         Clock::time_point since;
         TuneTimes times;
         int volume = 100;
+        ComponentChoice choice;
     };
 
+    using ChoiceOperation = bool (ComponentChoice::*)(const std::vector<Component>&, ComponentType, unsigned int);
+
     bool Select(unsigned int id, Report report, bool announce);
+    bool Choose(ComponentType type, unsigned int index, ChoiceOperation operation);
     bool Step(int steps, const std::function<bool(unsigned int)>& select);
     bool Continues(unsigned int id) const;
     void BeginSession(Report report);
@@ -101,6 +111,8 @@ private:
     void Restart();
     void OpenDecoder(std::uint64_t session);
     DecoderEvents Events(std::uint64_t session, bool hasVideo);
+    DecoderPlan PlanOf(const Route& route) const;
+    void ApplyChoice();
     void CloseDecoder();
     void CloseUnless(std::uint64_t session);
     void Succeed(std::uint64_t session, Clock::time_point when);
@@ -118,8 +130,9 @@ private:
     State m_state;
 
     // The television's thread only.
-    std::string m_audioSink;
+    SoundOutput m_sound;
     std::unique_ptr<Decoder> m_decoder;
+    std::uint16_t m_videoPid = kNullPid;  // that it decodes
     Route m_route;
     unsigned int m_watchedId = 0;
     std::vector<Event> m_watchedEvents;

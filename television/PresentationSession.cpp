@@ -23,16 +23,24 @@ std::optional<Component> FirstOf(const Route& route, ComponentType type) {
     return std::nullopt;
 }
 
+// What the presentation begins with: the picture, or a sound where there is none.
+std::optional<Component> AccessOf(const DecoderPlan& plan) {
+    if (plan.video || plan.sounds.empty()) return plan.video;
+    const auto heard = std::find_if(plan.sounds.begin(), plan.sounds.end(),
+                                    [&](const Component& sound) { return sound.pid == plan.heard; });
+    return heard == plan.sounds.end() ? plan.sounds.front() : *heard;
+}
+
 ServiceSelection SelectionOf(const Route& route, const DecoderPlan& plan) {
-    const auto& access = plan.video ? plan.video : plan.audio;
+    const auto access = AccessOf(plan);
     ServiceSelection selection;
     selection.tablePid = route.mapPid;
     selection.accessPid = access ? access->pid : kNullPid;
     selection.accessType = access ? access->streamType : std::uint8_t{0};
     selection.accessAnywhere = !plan.video;
     selection.pids = {route.clockPid};
-    for (const auto& component : {plan.video, plan.audio})
-        if (component) selection.pids.insert(component->pid);
+    if (plan.video) selection.pids.insert(plan.video->pid);
+    for (const Component& sound : plan.sounds) selection.pids.insert(sound.pid);
     return selection;
 }
 
@@ -82,13 +90,25 @@ void Presentation::Restart() {
     RunSession(session);
 }
 
-void Presentation::OpenDecoder(std::uint64_t session) {
+// All sounds of the service are decoded; of its pictures, those that are presented.
+DecoderPlan Presentation::PlanOf(const Route& route) const {
     DecoderPlan plan;
-    plan.sid = m_route.sid;
-    plan.video = FirstOf(m_route, ComponentType::Video);
-    plan.audio = FirstOf(m_route, ComponentType::Audio);
-    plan.audioSink = m_audioSink;
+    plan.sid = route.sid;
+    for (const Component& component : route.components)
+        if (component.type == ComponentType::Audio) plan.sounds.push_back(component);
+    plan.output = m_sound;
     plan.volume = Volume();
+    std::lock_guard lock(m_mutex);
+    plan.video = m_state.choice.Presented(route.components, ComponentType::Video);
+    if (!plan.video) plan.video = FirstOf(route, ComponentType::Video);  // unseen, but its time goes on
+    if (const auto heard = m_state.choice.Presented(route.components, ComponentType::Audio)) plan.heard = heard->pid;
+    return plan;
+}
+
+void Presentation::OpenDecoder(std::uint64_t session) {
+    const DecoderPlan plan = PlanOf(m_route);
+    ApplyChoice();
+    m_videoPid = plan.video ? plan.video->pid : kNullPid;
     m_decoder = std::make_unique<Decoder>(plan, Events(session, plan.video.has_value()));
     m_around.buffer.Attach(
         SelectionOf(m_route, plan),
@@ -117,6 +137,20 @@ DecoderEvents Presentation::Events(std::uint64_t session, bool hasVideo) {
     return events;
 }
 
+// What the page chose, as far as it needs no new decoder.
+void Presentation::ApplyChoice() {
+    const DecoderPlan plan = PlanOf(m_route);
+    std::unique_lock lock(m_mutex);
+    const bool seen = m_state.choice.Presented(m_route.components, ComponentType::Video).has_value();
+    lock.unlock();
+    m_around.screen.ShowVideo(seen || !plan.video);
+    if (!m_decoder) return;
+    if (plan.video && plan.video->pid != m_videoPid)
+        Restart();
+    else
+        m_decoder->Hear(plan.heard);
+}
+
 void Presentation::CloseDecoder() {
     m_around.buffer.Detach();
     m_decoder.reset();
@@ -131,8 +165,8 @@ void Presentation::CloseUnless(std::uint64_t session) {
 }
 
 void Presentation::SoundFailed(std::uint64_t session) {
-    if (!IsCurrent(session) || m_audioSink == "fakesink") return;
-    m_audioSink = "fakesink";
+    if (!IsCurrent(session) || (m_sound.file.empty() && m_sound.element == "fakesink")) return;
+    m_sound = {};
     Restart();
 }
 

@@ -58,6 +58,15 @@ void Screen::Show(std::uint64_t session, std::shared_ptr<const Picture> picture)
     if (aspect) Call(aspectChanged);
 }
 
+void Screen::ShowVideo(bool shown) {
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_videoShown == shown) return;
+        m_videoShown = shown;
+    }
+    Call(pictureChanged);
+}
+
 void Screen::SetWindow(const TPTRect& window) { Move(window); }
 void Screen::SetFullScreen() { Move(std::nullopt); }
 
@@ -79,7 +88,7 @@ TPTRect Screen::Place() const {
 
 std::shared_ptr<const Picture> Screen::CurrentPicture() const {
     std::lock_guard lock(m_mutex);
-    return m_picture;
+    return m_videoShown ? m_picture : nullptr;
 }
 
 TPTRect Screen::Rectangle() const {

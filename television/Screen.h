@@ -22,6 +22,8 @@ public:
     // The same, but the last picture stays until the first one of the session.
     void Continue(std::uint64_t session);
     void Show(std::uint64_t session, std::shared_ptr<const Picture> picture);
+    // Whether pictures are seen; where they are not, the plane is black.
+    void ShowVideo(bool shown);
 
     void SetWindow(const TPTRect& window);
     void SetFullScreen();
@@ -39,6 +41,7 @@ private:
     mutable std::mutex m_mutex;
     std::uint64_t m_session = 0;
     std::shared_ptr<const Picture> m_picture;
+    bool m_videoShown = true;
     std::optional<TPTRect> m_window;  // none: full screen
 };
 

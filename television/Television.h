@@ -20,6 +20,8 @@ struct Configuration {
     std::string stream;         // a file or URL with an MPEG transport stream; empty: the demonstration multiplex
     std::string demonstration;  // the file with the demonstration's audio and video
     bool sound = true;          // false: decode sound, play it to nobody
+    std::string soundFile;      // in place of a sound device: 16-bit little-endian samples, 48,000 pairs a second
+    std::string audioLanguage;  // the viewer's preferred one, three letters; empty: the service's first
 };
 
 enum class ServiceType { Television = 0, Radio = 1, Other = 2 };

@@ -25,11 +25,12 @@ constexpr std::int64_t kTuningTime = kClockRate * 3 / 2;
 
 }  // namespace
 
-TelevisionSet::TelevisionSet(ListenerGate& gate, const Observer& observer, std::string audioSink)
+TelevisionSet::TelevisionSet(ListenerGate& gate, const Observer& observer, SoundOutput sound,
+                             const std::string& language)
     : m_gate(gate),
       m_observer(observer),
       m_presentation({m_directory, m_buffer, m_screen, m_gate, m_queue, [this] { Call(m_observer.channelChanged); }},
-                     std::move(audioSink)),
+                     std::move(sound), language),
       m_tables([this](const Tables& tables) { TablesRead(tables); }) {
     ConnectScreen();
 }

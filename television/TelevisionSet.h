@@ -18,7 +18,7 @@ class TelevisionSet : private ReceiverClient {
 public:
     using Progress = std::function<void(const std::string&)>;
 
-    TelevisionSet(ListenerGate& gate, const Observer& observer, std::string audioSink);
+    TelevisionSet(ListenerGate& gate, const Observer& observer, SoundOutput sound, const std::string& language);
     ~TelevisionSet() override;
 
     // Receives from an open source until the services are known, then shows the first one. On failure a sentence.

@@ -37,18 +37,13 @@ std::optional<Service> FindOnStream(ServiceDirectory& directory, const DeliveryS
     return std::nullopt;
 }
 
-// The first component of each kind is the one that is presented. No subtitles are.
-bool IsActive(TelevisionSet& set, const Component& component) {
-    return component.type != ComponentType::Subtitle && component.index == 0 && set.ThePresentation().IsPresented();
-}
-
 template <class Record>
 std::vector<Record> List(ComponentType type, bool activeOnly) {
     std::vector<Record> records;
     const auto set = Core::Instance().Set();
     if (!set) return records;
     for (const Component& component : set->Directory().RouteTo(set->ThePresentation().Selected()).components) {
-        const bool active = IsActive(*set, component);
+        const bool active = set->ThePresentation().Presents(component);
         if (component.type != type || (activeOnly && !active)) continue;
         const auto aspect = type == ComponentType::Video && active ? set->TheScreen().AspectRatio() : std::nullopt;
         records.emplace_back(ArgumentText(component, aspect, active));
@@ -56,10 +51,23 @@ std::vector<Record> List(ComponentType type, bool activeOnly) {
     return records;
 }
 
-void LogUnchanged(const char* what) {
-    Log(std::string("A choice of ") + what +
-        " was ignored: this television presents the first component of each kind.");
+using Choose = bool (Presentation::*)(ComponentType, unsigned int);
+
+void ChooseByIndex(Choose choose, ComponentType type, unsigned int index) {
+    const auto set = Core::Instance().Set();
+    if (set && !(set->ThePresentation().*choose)(type, index))
+        Log("The choice of component " + std::to_string(index) + " changed nothing: there is none, or it was so.");
 }
+
+void ChooseByPid(Choose choose, ComponentType type, unsigned short pid) {
+    const auto set = Core::Instance().Set();
+    if (!set) return;
+    for (const Component& component : set->Directory().RouteTo(set->ThePresentation().Selected()).components)
+        if (component.type == type && component.pid == pid) return ChooseByIndex(choose, type, component.index);
+    Log("The choice of PID " + std::to_string(pid) + " changed nothing: the service has no such video.");
+}
+
+void LogNoSubtitles() { Log("The choice of subtitles changed nothing: this television shows none."); }
 
 }  // namespace
 
@@ -157,11 +165,24 @@ std::vector<ISbtComponent> BroadcastPlayer::GetSubtitleComponents(bool activeOnl
     return List<ISbtComponent>(ComponentType::Subtitle, activeOnly);
 }
 
-void BroadcastPlayer::SelectVideoComponent(unsigned short) { LogUnchanged("video"); }
-void BroadcastPlayer::SelectAudioComponent(unsigned int) { LogUnchanged("sound"); }
-void BroadcastPlayer::SelectSubtitleComponent(unsigned int) { LogUnchanged("subtitles"); }
-void BroadcastPlayer::UnselectVideoComponent(unsigned short) { LogUnchanged("video"); }
-void BroadcastPlayer::UnselectAudioComponent(unsigned int) { LogUnchanged("sound"); }
-void BroadcastPlayer::UnselectSubtitleComponent(unsigned int) { LogUnchanged("subtitles"); }
+void BroadcastPlayer::SelectVideoComponent(unsigned short pid) {
+    ChooseByPid(&Presentation::SelectComponent, ComponentType::Video, pid);
+}
+
+void BroadcastPlayer::SelectAudioComponent(unsigned int index) {
+    ChooseByIndex(&Presentation::SelectComponent, ComponentType::Audio, index);
+}
+
+void BroadcastPlayer::SelectSubtitleComponent(unsigned int) { LogNoSubtitles(); }
+
+void BroadcastPlayer::UnselectVideoComponent(unsigned short pid) {
+    ChooseByPid(&Presentation::UnselectComponent, ComponentType::Video, pid);
+}
+
+void BroadcastPlayer::UnselectAudioComponent(unsigned int index) {
+    ChooseByIndex(&Presentation::UnselectComponent, ComponentType::Audio, index);
+}
+
+void BroadcastPlayer::UnselectSubtitleComponent(unsigned int) { LogNoSubtitles(); }
 
 }  // namespace television

@@ -62,7 +62,7 @@ struct Decoder::Callbacks {
     static void Fault(Decoder& decoder, GstMessage* message) {
         GError* error = nullptr;
         gst_message_parse_error(message, &error, nullptr);
-        const bool sound = GST_IS_ELEMENT(message->src) && IsAudioSink(GST_ELEMENT(message->src));
+        const bool sound = GST_IS_ELEMENT(message->src) && IsSoundSink(GST_ELEMENT(message->src));
         decoder.m_events.fault(error->message, sound);
         g_error_free(error);
     }
@@ -76,7 +76,7 @@ Decoder::Decoder(const DecoderPlan& plan, DecoderEvents events) : m_events(std::
     gst_object_unref(bus);
     BuildInput(plan.sid);
     if (plan.video) BuildVideo(*plan.video);
-    if (plan.audio) BuildAudio(*plan.audio, plan);
+    if (!plan.sounds.empty()) BuildSound(plan);
     gst_element_set_state(m_pipeline, GST_STATE_PLAYING);
 }
 
@@ -105,10 +105,8 @@ void Decoder::BuildInput(std::uint16_t sid) {
     const auto chain = Chain({"appsrc", "tsdemux"});
     if (chain.empty()) return;
     m_source = chain[0];
-    GstCaps* caps = gst_caps_from_string("video/mpegts,systemstream=(boolean)true,packetsize=188");
-    g_object_set(m_source, "caps", caps, "max-bytes", kLargestInput, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM,
-                 nullptr);
-    gst_caps_unref(caps);
+    SetCaps(m_source, "video/mpegts,systemstream=(boolean)true,packetsize=188");
+    g_object_set(m_source, "max-bytes", kLargestInput, "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM, nullptr);
     g_object_set(chain[1], "program-number", static_cast<int>(sid), nullptr);
     g_signal_connect(chain[1], "pad-added", G_CALLBACK(Callbacks::PadAdded), this);
 }
@@ -118,28 +116,53 @@ void Decoder::BuildVideo(const Component& video) {
     if (chain.empty()) return;
     LiftQueueLimits(chain.front());
     LimitThreads(chain[2]);
-    GstCaps* caps = gst_caps_from_string("video/x-raw,format=BGRx");
-    g_object_set(chain.back(), "caps", caps, nullptr);
-    gst_caps_unref(caps);
+    SetCaps(chain.back(), "video/x-raw,format=BGRx");
     GstAppSinkCallbacks callbacks{};
     callbacks.new_preroll = Callbacks::Preroll;
     callbacks.new_sample = Callbacks::Sample;
     gst_app_sink_set_callbacks(GST_APP_SINK(chain.back()), &callbacks, this, nullptr);
-    m_branches.push_back({video.pid, chain.front()});
+    m_branches.push_back({video.pid, chain.front(), nullptr});
 }
 
-void Decoder::BuildAudio(const Component& audio, const DecoderPlan& plan) {
-    const auto chain = Chain(AudioElements(audio, plan.audioSink));
-    if (chain.empty()) return;
-    LiftQueueLimits(chain.front());
+// Each sound has a chain of its own into the selector, so that choosing another one needs no new pipeline.
+void Decoder::BuildSound(const DecoderPlan& plan) {
+    if (!BuildSoundOutput(plan)) return;
+    for (const Component& sound : plan.sounds) BuildSoundBranch(sound);
+    GstPad* heard = gst_element_get_static_pad(m_selector, "src");
+    gst_pad_add_probe(heard, GST_PAD_PROBE_TYPE_BUFFER, Callbacks::FirstSound, this, nullptr);
+    gst_object_unref(heard);
+    SetVolume(plan.volume);
+    Hear(plan.heard);
+}
+
+bool Decoder::BuildSoundOutput(const DecoderPlan& plan) {
+    const auto chain = Chain(SoundOutputElements(plan.output));
+    if (chain.empty()) return false;
+    m_selector = chain[0];
+    m_volume = chain[1];
+    if (!plan.output.file.empty()) AppendSamplesTo(chain[chain.size() - 2], chain.back(), plan.output.file);
     // Sound must not hold up the first picture, so its sink does not take part in the preroll when there is video.
     g_object_set(chain.back(), "sync", TRUE, "async", plan.video ? FALSE : TRUE, nullptr);
-    GstPad* decoded = gst_element_get_static_pad(chain[3], "sink");
-    gst_pad_add_probe(decoded, GST_PAD_PROBE_TYPE_BUFFER, Callbacks::FirstSound, this, nullptr);
-    gst_object_unref(decoded);
-    m_volume = chain[chain.size() - 2];
-    SetVolume(plan.volume);
-    m_branches.push_back({audio.pid, chain.front()});
+    return true;
+}
+
+void Decoder::BuildSoundBranch(const Component& sound) {
+    const auto chain = Chain(SoundElements(sound));
+    if (chain.empty()) return;
+    LiftQueueLimits(chain.front());
+    SetCaps(chain.back(), "audio/x-raw,format=F32LE,rate=48000,channels=2,layout=interleaved");
+    GstPad* from = gst_element_get_static_pad(chain.back(), "src");
+    GstPad* to = gst_element_request_pad_simple(m_selector, "sink_%u");
+    gst_pad_link(from, to);
+    gst_object_unref(from);
+    m_branches.push_back({sound.pid, chain.front(), to});
+    gst_object_unref(to);  // the selector keeps it
+}
+
+void Decoder::Hear(std::optional<std::uint16_t> pid) {
+    if (m_volume) g_object_set(m_volume, "mute", pid ? FALSE : TRUE, nullptr);
+    for (const Branch& branch : m_branches)
+        if (branch.selectable && branch.pid == pid) g_object_set(m_selector, "active-pad", branch.selectable, nullptr);
 }
 
 void Decoder::LinkPad(GstPad* pad) {

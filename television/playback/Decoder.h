@@ -17,11 +17,19 @@ typedef struct _GstBin GstBin;
 
 namespace television {
 
+// Where sound goes.
+struct SoundOutput {
+    std::string element = "fakesink";
+    std::string file;  // in place of the element: samples are added to this file as they are heard
+};
+
 // What of a multiplex is decoded.
 struct DecoderPlan {
     std::uint16_t sid = 0;
-    std::optional<Component> video, audio;
-    std::string audioSink = "fakesink";  // the element that plays sound
+    std::optional<Component> video;
+    std::vector<Component> sounds;  // all are decoded, one is heard
+    std::optional<std::uint16_t> heard;  // its PID; none: silence
+    SoundOutput output;
     int volume = 100;
 };
 
@@ -42,24 +50,30 @@ public:
 
     void Feed(std::vector<std::uint8_t>&& packets);
     void SetVolume(int volume);
+    // The component that is heard from now on, by its PID; none: silence. Pictures go on undisturbed.
+    void Hear(std::optional<std::uint16_t> pid);
 
 private:
     struct Callbacks;
 
     void BuildInput(std::uint16_t sid);
     void BuildVideo(const Component& video);
-    void BuildAudio(const Component& audio, const DecoderPlan& plan);
+    void BuildSound(const DecoderPlan& plan);
+    void BuildSoundBranch(const Component& sound);
+    bool BuildSoundOutput(const DecoderPlan& plan);
     std::vector<GstElement*> Chain(const std::vector<std::string>& factories);
     void LinkPad(GstPad* pad);
 
     DecoderEvents m_events;
     GstElement* m_pipeline = nullptr;
     GstElement* m_source = nullptr;
+    GstElement* m_selector = nullptr;  // of sound
     GstElement* m_volume = nullptr;
     // The first elements of the chains and the PIDs that they take.
     struct Branch {
         std::uint16_t pid;
         GstElement* first;
+        GstPad* selectable = nullptr;  // the selector's pad, where the chain is one of sound
     };
     std::vector<Branch> m_branches;
 };

@@ -5,7 +5,6 @@
 
 #include <cstring>
 
-#include "television/playback/Decoder.h"
 #include "television/stream/StreamTypes.h"
 
 namespace television {
@@ -47,9 +46,26 @@ std::vector<std::string> VideoElements(const Component& video) {
     return {"queue", coding.parser, coding.decoder, "videoconvert", "appsink"};
 }
 
-std::vector<std::string> AudioElements(const Component& audio, const std::string& sink) {
-    const Coding coding = AudioCoding(audio);
-    return {"queue", coding.parser, coding.decoder, "audioconvert", "audioresample", "volume", sink};
+std::vector<std::string> SoundElements(const Component& sound) {
+    const Coding coding = AudioCoding(sound);
+    return {"queue", coding.parser, coding.decoder, "audioconvert", "audioresample", "capsfilter"};
+}
+
+std::vector<std::string> SoundOutputElements(const SoundOutput& output) {
+    if (!output.file.empty()) return {"input-selector", "volume", "audioconvert", "capsfilter", "filesink"};
+    return {"input-selector", "volume", "audioconvert", "audioresample", output.element};
+}
+
+void SetCaps(GstElement* element, const char* caps) {
+    GstCaps* parsed = gst_caps_from_string(caps);
+    g_object_set(element, "caps", parsed, nullptr);
+    gst_caps_unref(parsed);
+}
+
+void AppendSamplesTo(GstElement* filter, GstElement* sink, const std::string& file) {
+    SetCaps(filter, "audio/x-raw,format=S16LE,rate=48000,channels=2,layout=interleaved");
+    g_object_set(sink, "location", file.c_str(), "append", TRUE, nullptr);
+    gst_util_set_object_arg(G_OBJECT(sink), "buffer-mode", "unbuffered");
 }
 
 void LiftQueueLimits(GstElement* queue) {
@@ -60,15 +76,16 @@ void LimitThreads(GstElement* decoder) {
     if (HasProperty(decoder, "max-threads")) g_object_set(decoder, "max-threads", 1, nullptr);
 }
 
-bool IsAudioSink(GstElement* element) {
+bool IsSoundSink(GstElement* element) {
     const char* kind = gst_element_get_metadata(element, GST_ELEMENT_METADATA_KLASS);
-    return kind && std::strstr(kind, "Sink") && std::strstr(kind, "Audio");
+    return kind && std::strstr(kind, "Sink") && (std::strstr(kind, "Audio") || std::strstr(kind, "File"));
 }
 
 void LoadElements() {
     for (const char* name :
          {"appsrc", "tsdemux", "queue", "h264parse", "avdec_h264", "mpegvideoparse", "avdec_mpeg2video", "videoconvert",
-          "appsink", "mpegaudioparse", "avdec_mp2float", "audioconvert", "audioresample", "volume", "fakesink"})
+          "appsink", "mpegaudioparse", "avdec_mp2float", "audioconvert", "audioresample", "capsfilter", "input-selector", "volume",
+          "fakesink"})
         if (GstElement* element = gst_element_factory_make(name, nullptr))
             gst_object_unref(gst_object_ref_sink(element));
 }

@@ -4,21 +4,26 @@
 #include <string>
 #include <vector>
 
-#include "television/tables/Components.h"
-
-typedef struct _GstElement GstElement;
+#include "television/playback/Decoder.h"
 
 namespace television {
 
-// The chain from a queue to the sink. In both the third element is the decoder and the fourth takes what it decoded;
-// the last but one of the audio chain sets the volume.
+// From a queue to the sink; the third element is the decoder.
 std::vector<std::string> VideoElements(const Component& video);
-std::vector<std::string> AudioElements(const Component& audio, const std::string& sink);
+// From a queue to a filter that makes all sounds alike.
+std::vector<std::string> SoundElements(const Component& sound);
+// From the selector of sounds and the volume to the sink; when it is a file, there is a filter before it.
+std::vector<std::string> SoundOutputElements(const SoundOutput& output);
+
+void SetCaps(GstElement* element, const char* caps);
+// The file gets samples as they are: 16 bits, little-endian, 48,000 pairs a second.
+void AppendSamplesTo(GstElement* filter, GstElement* sink, const std::string& file);
 
 // Lets a queue hold more than its usual second: what was buffered comes all at once.
 void LiftQueueLimits(GstElement* queue);
 // Decodes on one thread, which adds no delay. Elements that cannot be told so are left alone.
 void LimitThreads(GstElement* decoder);
-bool IsAudioSink(GstElement* element);
+// Of a device or of a file.
+bool IsSoundSink(GstElement* element);
 
 }  // namespace television

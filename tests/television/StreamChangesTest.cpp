@@ -100,7 +100,7 @@ protected:
         gst_init(nullptr, nullptr);
         Observer observer;
         observer.pictureChanged = [this] { m_watch.Notify(); };
-        m_set = std::make_unique<TelevisionSet>(m_gate, observer, "fakesink");
+        m_set = std::make_unique<TelevisionSet>(m_gate, observer, SoundOutput{}, "");
         auto source = std::make_unique<HandledSource>(m_hand);
         ASSERT_EQ(source->Open(), std::nullopt);
         ASSERT_EQ(m_set->Start(std::move(source), {}), std::nullopt);

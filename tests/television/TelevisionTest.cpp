@@ -52,14 +52,13 @@ void TelevisionTest::SetUp() {
 void TelevisionTest::TearDown() { m_television.Stop(); }
 
 std::optional<std::string> TelevisionTest::StartWith(const std::string& stream) {
-    Configuration configuration;
-    configuration.stream = stream;
-    configuration.demonstration = DEMONSTRATION_STREAM;
-    configuration.sound = false;
+    m_configuration.stream = stream;
+    m_configuration.demonstration = DEMONSTRATION_STREAM;
+    m_configuration.sound = false;
     Observer observer;
     observer.pictureChanged = [this] { m_watch.Notify(); };
     observer.channelChanged = [this] { m_watch.Notify(); };
-    return m_television.Start(configuration, observer);
+    return m_television.Start(m_configuration, observer);
 }
 
 bool TelevisionTest::WaitForPicture(Shown shown) {

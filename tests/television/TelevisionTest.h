@@ -37,6 +37,7 @@ protected:
     RecordingListener m_listener{m_watch};
     IBroadcastPlayer* m_player = nullptr;
     bool m_startDemonstration = true;
+    Configuration m_configuration;
 };
 
 }  // namespace television::test

@@ -41,9 +41,35 @@
         View.showProgress(present);
     }
 
+    function isActive(component) {
+        return video.getCurrentActiveComponents(component.type).some(function (active) {
+            return active.index === component.index;
+        });
+    }
+
+    // Undefined without a player.
+    function sounds() {
+        return video.getComponents(video.COMPONENT_TYPE_AUDIO) || [];
+    }
+
+    function refreshSounds() {
+        View.showSounds(sounds(), isActive);
+    }
+
+    function selectNextSound() {
+        var all = sounds();
+        var next = (all.map(isActive).indexOf(true) + 1) % all.length;
+        if (all.length > 0) {
+            video.selectComponent(all[next]);
+            View.addEvent("Sound", all[next].language || "number " + (next + 1));
+            refreshSounds();
+        }
+    }
+
     function refreshState() {
         View.showState(video.playState);
         View.showVolume(video.getVolume());
+        refreshSounds();
     }
 
     function refresh() {
@@ -163,6 +189,7 @@
     KEYS[VK_CHANNEL_UP] = function () { wanted = null; video.nextChannel(); };
     KEYS[VK_CHANNEL_DOWN] = function () { wanted = null; video.prevChannel(); };
     KEYS[VK_ENTER] = toggleFullScreen;
+    KEYS[VK_INFO] = selectNextSound;
     KEYS[VK_RED] = move;
     KEYS[VK_GREEN] = function () { video.stop(); };
     KEYS[VK_YELLOW] = function () { video.bindToCurrentChannel(); refresh(); };
@@ -184,7 +211,7 @@
         var application = document.getElementById("applicationManager").getOwnerApplication(document);
         var keyset = application.privateData.keyset;
         keyset.setValue(keyset.RED + keyset.GREEN + keyset.YELLOW + keyset.BLUE + keyset.NAVIGATION + keyset.NUMERIC +
-                        keyset.OTHER);
+                        keyset.INFO + keyset.OTHER);
         application.show();
         video.bindToCurrentChannel();
         video.getChannelConfig().onChannelListUpdate = refreshChannels;

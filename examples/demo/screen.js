@@ -75,6 +75,17 @@ var View = (function () {
         element("volume-level").style.width = (volume === undefined ? 0 : Math.max(0, Math.min(100, volume))) + "%";
     }
 
+    // The languages of a channel's sound, where there is a choice; the one that is heard stands out.
+    function showSounds(sounds, isHeard) {
+        var chips = element("sounds");
+        chips.textContent = "";
+        if (sounds.length > 1) {
+            sounds.forEach(function (sound) {
+                chips.appendChild(make("span", isHeard(sound) ? "heard" : "", sound.language || "?"));
+            });
+        }
+    }
+
     function showTimes(id, programme) {
         var times = programme ? clockTime(programme.startTime) + " \u2013 " +
             clockTime(programme.startTime + programme.duration) : "";
@@ -128,6 +139,7 @@ var View = (function () {
         showChannel: showChannel,
         showState: showState,
         showVolume: showVolume,
+        showSounds: showSounds,
         showProgrammes: showProgrammes,
         showProgress: showProgress,
         showClock: showClock,

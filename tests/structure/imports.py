@@ -14,7 +14,8 @@ OUTSIDE = re.compile(r"(secure_)?getenv|f?open(at|dir)?(64)?|freopen(64)?|read|p
 lines = subprocess.check_output(["nm", "--dynamic", "--undefined-only", sys.argv[1]], text=True).splitlines()
 imported = {line.split()[-1].split("@")[0] for line in lines}
 cairo = {name for name in imported if name.startswith("cairo_")}
-finish([f"{name} is used: the hole needs no more than {len(CAIRO)} functions of cairo" for name in sorted(cairo - CAIRO)]
+finish([f"{name} is used: the hole needs no more than {len(CAIRO)} functions of cairo"
+        for name in sorted(cairo - CAIRO)]
        + [f"{name} is not used any more: take it off the list" for name in sorted(CAIRO - cairo)]
        + [f"{name} is used, but the plug-in has no configuration and leaves the screen to cairo"
           for name in sorted(imported) if OUTSIDE.fullmatch(name)])

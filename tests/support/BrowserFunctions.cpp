@@ -65,6 +65,15 @@ FakeBrowser* BrowserFunctions::Enter(const char* function) {
     return browser->m_faults.Use(function) ? nullptr : browser;
 }
 
+FakeBrowser* BrowserFunctions::Enter(const char* function, NPP npp) {
+    FakeBrowser* browser = Enter(function);
+    if (browser != nullptr && !browser->IsInstance(npp)) {
+        ADD_FAILURE() << "NPN function \"" << function << "\" was not given an instance of the plug-in.";
+        return nullptr;
+    }
+    return browser;
+}
+
 void BrowserFunctions::FillRefusing(NPNetscapeFuncs& table) {
     Fill(table.geturl), Fill(table.posturl), Fill(table.requestread), Fill(table.newstream), Fill(table.write);
     Fill(table.destroystream), Fill(table.status), Fill(table.uagent), Fill(table.memflush);
@@ -175,8 +184,8 @@ void BrowserFunctions::SetException(NPObject* object, const NPUTF8* message) {
     CallList::Instance().Add("exception " + browser->m_exceptions.back());
 }
 
-NPError BrowserFunctions::GetValue(NPP, NPNVariable variable, void* value) {
-    FakeBrowser* browser = Enter("getvalue");
+NPError BrowserFunctions::GetValue(NPP npp, NPNVariable variable, void* value) {
+    FakeBrowser* browser = Enter("getvalue", npp);
     if (browser == nullptr || variable != NPNVWindowNPObject) {
         return NPERR_GENERIC_ERROR;
     }
@@ -188,8 +197,8 @@ NPError BrowserFunctions::GetValue(NPP, NPNVariable variable, void* value) {
     return NPERR_NO_ERROR;
 }
 
-NPError BrowserFunctions::SetValue(NPP, NPPVariable variable, void* value) {
-    FakeBrowser* browser = Enter("setvalue");
+NPError BrowserFunctions::SetValue(NPP npp, NPPVariable variable, void* value) {
+    FakeBrowser* browser = Enter("setvalue", npp);
     if (browser == nullptr) {
         return NPERR_GENERIC_ERROR;
     }
@@ -199,8 +208,8 @@ NPError BrowserFunctions::SetValue(NPP, NPPVariable variable, void* value) {
     return NPERR_NO_ERROR;
 }
 
-void BrowserFunctions::ForceRedraw(NPP) {
-    if (Enter("forceredraw") != nullptr) {
+void BrowserFunctions::ForceRedraw(NPP npp) {
+    if (Enter("forceredraw", npp) != nullptr) {
         CallList::Instance().Add("forceredraw");
     }
 }

@@ -16,6 +16,8 @@ public:
 
     // The current browser, after counting a use; null when there is none, the thread is wrong or the use must fail.
     static FakeBrowser* Enter(const char* function);
+    // The same for a function that is given an instance: another pointer fails the test.
+    static FakeBrowser* Enter(const char* function, NPP npp);
 
 private:
     friend class FakeBrowser;

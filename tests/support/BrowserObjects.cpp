@@ -42,7 +42,7 @@ NPClass* BrowserFunctions::HandleClass() {
 }
 
 NPObject* BrowserFunctions::CreateObject(NPP npp, NPClass* objectClass) {
-    FakeBrowser* browser = Enter("createobject");
+    FakeBrowser* browser = Enter("createobject", npp);
     NPObject* object = browser != nullptr ? Allocate(npp, objectClass) : nullptr;
     if (object != nullptr) {
         object->_class = objectClass;
@@ -80,9 +80,9 @@ void BrowserFunctions::ReleaseVariantValue(NPVariant* variant) {
     }
 }
 
-bool BrowserFunctions::Invoke(NPP, NPObject* object, NPIdentifier method, const NPVariant* args, std::uint32_t count,
-                              NPVariant* result) {
-    FakeBrowser* browser = Enter("invoke");
+bool BrowserFunctions::Invoke(NPP npp, NPObject* object, NPIdentifier method, const NPVariant* args,
+                              std::uint32_t count, NPVariant* result) {
+    FakeBrowser* browser = Enter("invoke", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_Invoke", object)) {
         return false;
     }
@@ -94,9 +94,9 @@ bool BrowserFunctions::Invoke(NPP, NPObject* object, NPIdentifier method, const 
     return answer.has_value();
 }
 
-bool BrowserFunctions::InvokeDefault(NPP, NPObject* object, const NPVariant* args, std::uint32_t count,
+bool BrowserFunctions::InvokeDefault(NPP npp, NPObject* object, const NPVariant* args, std::uint32_t count,
                                      NPVariant* result) {
-    FakeBrowser* browser = Enter("invokeDefault");
+    FakeBrowser* browser = Enter("invokeDefault", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_InvokeDefault", object)) {
         return false;
     }
@@ -119,11 +119,10 @@ bool BrowserFunctions::Evaluate(NPP npp, NPObject* object, NPString* script, NPV
         browser->m_evaluated.push_back(text);
         CallList::Instance().Add("evaluate " + text);
     }
-    browser = Enter("evaluate");
+    browser = Enter("evaluate", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_Evaluate", object)) {
         return false;
     }
-    EXPECT_NE(npp, nullptr) << "NPN_Evaluate was called without an instance.";
     EXPECT_EQ(object, browser->Window().Pointer()) << "NPN_Evaluate was given another object than the window.";
     const auto answer = browser->Evaluate(text);
     if (answer) {
@@ -132,8 +131,8 @@ bool BrowserFunctions::Evaluate(NPP npp, NPObject* object, NPString* script, NPV
     return answer.has_value();
 }
 
-bool BrowserFunctions::GetProperty(NPP, NPObject* object, NPIdentifier name, NPVariant* result) {
-    FakeBrowser* browser = Enter("getproperty");
+bool BrowserFunctions::GetProperty(NPP npp, NPObject* object, NPIdentifier name, NPVariant* result) {
+    FakeBrowser* browser = Enter("getproperty", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_GetProperty", object)) {
         return false;
     }
@@ -144,8 +143,8 @@ bool BrowserFunctions::GetProperty(NPP, NPObject* object, NPIdentifier name, NPV
     return true;
 }
 
-bool BrowserFunctions::SetProperty(NPP, NPObject* object, NPIdentifier name, const NPVariant* value) {
-    FakeBrowser* browser = Enter("setproperty");
+bool BrowserFunctions::SetProperty(NPP npp, NPObject* object, NPIdentifier name, const NPVariant* value) {
+    FakeBrowser* browser = Enter("setproperty", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_SetProperty", object)) {
         return false;
     }
@@ -157,14 +156,14 @@ bool BrowserFunctions::SetProperty(NPP, NPObject* object, NPIdentifier name, con
     return true;
 }
 
-bool BrowserFunctions::RemoveProperty(NPP, NPObject* object, NPIdentifier name) {
-    FakeBrowser* browser = Enter("removeproperty");
+bool BrowserFunctions::RemoveProperty(NPP npp, NPObject* object, NPIdentifier name) {
+    FakeBrowser* browser = Enter("removeproperty", npp);
     return browser != nullptr && browser->m_ledger.Check("NPN_RemoveProperty", object) &&
            ClassOf(*browser, object) == nullptr && browser->Fake(object)->Remove(NameOfIdentifier(name));
 }
 
-bool BrowserFunctions::HasProperty(NPP, NPObject* object, NPIdentifier name) {
-    FakeBrowser* browser = Enter("hasproperty");
+bool BrowserFunctions::HasProperty(NPP npp, NPObject* object, NPIdentifier name) {
+    FakeBrowser* browser = Enter("hasproperty", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_HasProperty", object)) {
         return false;
     }
@@ -173,8 +172,8 @@ bool BrowserFunctions::HasProperty(NPP, NPObject* object, NPIdentifier name) {
                                   : browser->Fake(object)->Has(NameOfIdentifier(name));
 }
 
-bool BrowserFunctions::HasMethod(NPP, NPObject* object, NPIdentifier name) {
-    FakeBrowser* browser = Enter("hasmethod");
+bool BrowserFunctions::HasMethod(NPP npp, NPObject* object, NPIdentifier name) {
+    FakeBrowser* browser = Enter("hasmethod", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_HasMethod", object)) {
         return false;
     }
@@ -183,8 +182,8 @@ bool BrowserFunctions::HasMethod(NPP, NPObject* object, NPIdentifier name) {
                                   : browser->Fake(object)->HasMethod(NameOfIdentifier(name));
 }
 
-bool BrowserFunctions::Enumerate(NPP, NPObject* object, NPIdentifier** identifiers, std::uint32_t* count) {
-    FakeBrowser* browser = Enter("enumerate");
+bool BrowserFunctions::Enumerate(NPP npp, NPObject* object, NPIdentifier** identifiers, std::uint32_t* count) {
+    FakeBrowser* browser = Enter("enumerate", npp);
     if (browser == nullptr || !browser->m_ledger.Check("NPN_Enumerate", object)) {
         return false;
     }

@@ -139,6 +139,10 @@ NPP FakeBrowser::MakeInstance() {
 
 void FakeBrowser::EndInstance(NPP instance) { m_async.InstanceEnds(instance, pendingCallsEndWithInstance); }
 
+bool FakeBrowser::IsInstance(NPP instance) const {
+    return std::find(m_instances.begin(), m_instances.end(), instance) != m_instances.end();
+}
+
 void FakeBrowser::Hold(const Value& value) {
     if (value.Type() == NPVariantType_Object) {
         m_ledger.Hold(value.Object());

@@ -91,6 +91,7 @@ public:
     // Instances as the browser sees them; the plug-in's side of their life is PluginInstance's.
     NPP MakeInstance();
     void EndInstance(NPP instance);
+    bool IsInstance(NPP instance) const;  // made here; it may have ended
 
     // Script uses an object of the plug-in.
     Outcome Get(NPObject* object, const std::string& name);

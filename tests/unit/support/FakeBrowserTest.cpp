@@ -222,6 +222,15 @@ TEST_F(FakeBrowserTest, AnActionCanRunInsideACall) {
     EXPECT_NONFATAL_FAILURE(ExpectInOrder({"setvalue 4, 0", "forceredraw"}), "not in its place");
 }
 
+TEST_F(FakeBrowserTest, AnotherPointerInPlaceOfAnInstanceIsFound) {
+    _NPP other{};
+    for (NPP wrong : {static_cast<NPP>(nullptr), &other}) {
+        EXPECT_NONFATAL_FAILURE(npn.forceredraw(wrong), "\"forceredraw\" was not given an instance");
+        EXPECT_NONFATAL_FAILURE(npn.setvalue(wrong, NPPVpluginWindowBool, nullptr), "not given an instance");
+    }
+    EXPECT_TRUE(Calls().empty());
+}
+
 std::vector<int> s_ran;
 int s_numbers[] = {0, 1, 2, 3};
 

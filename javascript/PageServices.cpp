@@ -18,7 +18,9 @@ std::string KeyOf(const std::string& objectId) {
 
 NPObject* JSNPObject::t_GetWindow() {
     NPObject* window = nullptr;
-    return m_pNPNFuncs->getvalue(m_npp, NPNVWindowNPObject, &window) == NPERR_NO_ERROR ? window : nullptr;
+    if (m_pNPNFuncs->getvalue(m_npp, NPNVWindowNPObject, &window) == NPERR_NO_ERROR && window) return window;
+    LOG_WARNING("failed to get the window object");
+    return nullptr;
 }
 
 bool JSNPObject::t_Evaluate(NPObject* window, const std::string& script, NPVariant& result) {

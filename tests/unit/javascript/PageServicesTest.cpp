@@ -56,12 +56,21 @@ TEST_F(PageServicesTest, AUrlWithoutASlashIsItsOwnLocation) {
     EXPECT_EQ(Location(""), "");
 }
 
+TEST_F(PageServicesTest, TheLocationKeepsItsBytes) {
+    EXPECT_EQ(Location("http://tv.example/caf\xC3\xA9/\xE2\x82\xAC.html"), "http://tv.example/caf\xC3\xA9");
+    EXPECT_EQ(Location(std::string("a\0b/c", 5)), std::string("a\0b", 3));
+}
+
 TEST_F(PageServicesTest, TheLookUpOfTheLocationIsLogged) {
     ClearLog();
     Location("http://tv.example/index.html");
-    EXPECT_EQ(support::Log::Instance().Texts(),
-              (Texts{"t_GetDocumentLocation", "Evaluate succeeded", "String? YES",
-                     "success to get document url:http://tv.example/index.html (location:http://tv.example)"}));
+    EXPECT_EQ(
+        support::Log::Instance().Lines(),
+        (std::vector<support::LogLine>{
+            {1, 3, "t_GetDocumentLocation"},
+            {1, 3, "Evaluate succeeded"},
+            {1, 3, "String? YES"},
+            {1, 3, "success to get document url:http://tv.example/index.html (location:http://tv.example)"}}));
 }
 
 TEST_F(PageServicesTest, ALocationThatIsNoStringFails) {
@@ -96,6 +105,22 @@ TEST_F(PageServicesTest, AFailedEvaluationIsLoggedAndNotReleased) {
     EXPECT_EQ(browser.Uses("releasevariantvalue"), released);
 }
 
+TEST_F(PageServicesTest, WhatAFailedEvaluationLeavesIsNotLookedAt) {
+    npn.evaluate = [](NPP, NPObject*, NPString*, NPVariant* result) {
+        *result = OipfJavaScript::StringVariant("http://tv.example/x", 19);
+        return false;
+    };
+    const unsigned released = browser.Uses("releasevariantvalue");
+    std::string location = "before";
+    EXPECT_FALSE(object->t_GetDocumentLocation(location));
+    EXPECT_EQ(location, "before");
+    ExpectLogged(3, "String? NO");
+    EXPECT_FALSE(object->t_IsCurrentPageTrusted());
+    EXPECT_TRUE(platform.origins.empty());
+    EXPECT_EQ(Create("Channel", "7", true), nullptr);
+    EXPECT_EQ(browser.Uses("releasevariantvalue"), released);
+}
+
 TEST_F(PageServicesTest, WithoutAWindowNothingIsEvaluated) {
     std::string location = "before", path = "img/a.png";
     NPObject* created = nullptr;
@@ -114,7 +139,9 @@ TEST_F(PageServicesTest, WithoutAWindowNothingIsEvaluated) {
     EXPECT_EQ(location, "before");
     EXPECT_EQ(path, "img/a.png");
     EXPECT_EQ(created, nullptr);
-    EXPECT_TRUE(platform.origins.empty());
+    EXPECT_TRUE(Calls().empty()) << "neither the key service nor the boundary was asked";
+    ExpectLogged(2, "failed to get the window object", 8);
+    ExpectLogged(2, "failed to get the document location", 2);
 }
 
 TEST_F(PageServicesTest, AnInvalidatedObjectAsksNothing) {
@@ -138,8 +165,8 @@ TEST_F(PageServicesTest, AnAbsolutePathIsLeftAsItIs) {
     for (const char* path : {"dvb://1.2.3.4/file", "http://a.example/x", "https://a.example/x", "dvb:", "http:"}) {
         EXPECT_EQ(Absolute(path), path);
     }
-    ExpectLogged("m_MakeAbsolutePath from dvb:");
-    ExpectLogged("the path is already absolute path", 5);
+    ExpectLogged(3, "m_MakeAbsolutePath from dvb:");
+    ExpectLogged(3, "the path is already absolute path", 5);
     EXPECT_TRUE(browser.Evaluated().empty());
 }
 
@@ -154,7 +181,7 @@ TEST_F(PageServicesTest, ARelativePathIsJoinedToTheDocumentsDirectory) {
     EXPECT_EQ(Absolute(""), "http://tv.example/app/");
     EXPECT_EQ(Absolute("../a"), "http://tv.example/app/../a");
     ExpectLogged("m_MakeAbsolutePath from img/a.png");
-    ExpectLogged("absolute path: http://tv.example/app/img/a.png");
+    ExpectLogged(3, "absolute path: http://tv.example/app/img/a.png");
 }
 
 TEST_F(PageServicesTest, SchemesAreComparedExactlyAtTheBeginning) {
@@ -218,8 +245,8 @@ TEST_F(PageServicesTest, AnObjectIsMadeByAConstructorCallWithTheKeyFirst) {
     EXPECT_EQ(Calls({"keys."}), Texts{"keys.GetKey(__OIPF_DEFAULT_)"});
     EXPECT_EQ(channel, browser.Created("Channel").at(0)->Pointer());
     EXPECT_EQ(browser.Created("Channel").at(0)->HeldByPlugin(), 1u);
-    ExpectLogged("Evaluate script \"new Channel(\"key\", 12, 1, 2, 3);\"");
-    ExpectLogged("Evaluate succeeded, Object? YES");
+    ExpectLogged(3, "Evaluate script \"new Channel(\"key\", 12, 1, 2, 3);\"");
+    ExpectLogged(3, "Evaluate succeeded, Object? YES");
     GiveBack(channel);
 }
 

@@ -29,8 +29,8 @@ void CJSEvent::t_FollowTarget(JSNPObject& target) {
 }
 
 void CJSEvent::t_ForgetTarget() {
+    if (m_target == m_followed) m_target = nullptr;
     m_followed = nullptr;
-    m_target = nullptr;
 }
 
 bool CJSEvent::m_GetType(NPVariant* result) { return t_StringToNPVariant(m_type, *result); }

@@ -82,6 +82,29 @@ TEST_F(EventTest, ItHasNoOtherProperties) {
     EXPECT_FALSE(browser.Get(event, "timeStamp").accepted);
 }
 
+TEST_F(EventTest, ItsNamesAreRegisteredInOrder) {
+    static std::vector<std::string> names;
+    static decltype(NPNetscapeFuncs::getstringidentifier) identify;
+    names.clear();
+    identify = std::exchange(npn.getstringidentifier, [](const NPUTF8* name) {
+        names.emplace_back(name);
+        return identify(name);
+    });
+    MakeEvent();
+    EXPECT_EQ(names, (std::vector<std::string>{"addEventListener", "removeEventListener", "toString", "type", "target",
+                                               "currentTarget", "eventPhase", "bubbles", "cancelable",
+                                               "namespaceURI"}));
+}
+
+TEST_F(EventTest, AnInvalidatedEventStillReads) {
+    MakeEvent("Focus", object);
+    event->_class->invalidate(event);
+    EXPECT_EQ(Get("type"), Value("Focus"));
+    EXPECT_EQ(Get("target"), Value(object));
+    EXPECT_EQ(Get("eventPhase"), Value(2));
+    EXPECT_EQ(browser.Call(event, "toString").value, Value("[object Event]"));
+}
+
 TEST_F(EventTest, ItTakesListenersAsEveryObjectDoes) {
     MakeEvent();
     EXPECT_TRUE(browser.HasMethod(event, "addEventListener"));
@@ -114,6 +137,14 @@ TEST_F(EventTest, WhenItsTargetDiesTheTargetReadsNull) {
     EXPECT_EQ(Get("target"), Value(nullptr));
     EXPECT_EQ(Get("currentTarget"), Value(nullptr));
     EXPECT_EQ(Get("type"), Value("Focus"));
+}
+
+TEST_F(EventTest, AnEventThatWasGivenAnotherTargetKeepsItWhenTheFirstDies) {
+    support::FakeObject& element = browser.MakeObject("element");
+    MakeEvent("Focus", object);
+    event->Set("Focus", element.Pointer());
+    Release();
+    EXPECT_EQ(Get("target"), Value(element));
 }
 
 TEST_F(EventTest, ManyEventsOfOneTargetMayDieInAnyOrder) {

@@ -150,10 +150,10 @@ private:
     std::map<NPIdentifier, IPropertyFunctor*> m_properties;
     std::map<NPIdentifier, IMethodFunctor*> m_methods;
     std::map<NPIdentifier, NPVariant*> m_customProperties;
-    std::vector<NPVariant*> m_unnamedValues;  // owned too: the browser had no identifier for their names
     std::multimap<std::string, NPObject*> m_listeners;  // each entry holds one reference
     std::string m_className;
 
+    std::vector<NPVariant*> m_unnamedValues;  // owned too: the browser had no identifier for their names
     std::set<CJSEvent*> m_livingEvents;  // those whose target is this object
     std::vector<NPVariant> m_argumentCopies;
     unsigned int m_deliveries = 0;

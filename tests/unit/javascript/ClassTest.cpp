@@ -42,6 +42,19 @@ TEST_F(ClassTest, TheBrowsersPartBeginsOnePointerAfterTheObject) {
     EXPECT_EQ(header - reinterpret_cast<const char*>(object), static_cast<std::ptrdiff_t>(sizeof(void*)));
 }
 
+TEST_F(ClassTest, TableInstanceIdAndBrowserInterfaceFollowTheBrowsersPartInThisOrder) {
+    const auto at = [this](const auto& field) {
+        return reinterpret_cast<const char*>(&field) - reinterpret_cast<const char*>(object);
+    };
+    const auto afterHeader = static_cast<std::ptrdiff_t>(sizeof(void*) + sizeof(NPObject));
+    const auto word = static_cast<std::ptrdiff_t>(sizeof(void*));
+    EXPECT_EQ(at(object->m_pNPNFuncs), afterHeader);
+    EXPECT_EQ(at(object->m_npp), afterHeader + word);
+    EXPECT_EQ(at(object->m_defaultPrefix), afterHeader + 2 * word);
+    EXPECT_EQ(at(object->m_pBrowserAPI),
+              afterHeader + 2 * word + static_cast<std::ptrdiff_t>(sizeof object->m_defaultPrefix));
+}
+
 TEST_F(ClassTest, NullObjectsAreRefused) {
     NPVariant result{};
     NPIdentifier* names = nullptr;

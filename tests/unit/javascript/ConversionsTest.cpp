@@ -1,5 +1,6 @@
 // Script values to native values and back.
 #include <climits>
+#include <cmath>
 #include <limits>
 
 #include "tests/unit/javascript/ScriptObject.h"
@@ -90,6 +91,17 @@ TEST_F(ConversionsTest, DoublesComeFromBothKindsOfNumbers) {
     EXPECT_TRUE(m_converted);
     EXPECT_EQ(ToDouble(-7), -7.0);
     EXPECT_TRUE(m_converted);
+}
+
+TEST_F(ConversionsTest, DoublesThatAreNoIntegersAreTakenAsTheyAre) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    for (const double number : {kInfinity, -kInfinity, 1e300, -1e300, 5e-324, 4294967296.5}) {
+        EXPECT_EQ(ToDouble(number), number);
+        EXPECT_TRUE(m_converted);
+    }
+    EXPECT_TRUE(std::isnan(ToDouble(std::numeric_limits<double>::quiet_NaN())));
+    EXPECT_TRUE(m_converted);
+    EXPECT_EQ(ToDouble(INT_MIN), -2147483648.0);
 }
 
 TEST_F(ConversionsTest, NothingElseIsANumber) {
@@ -194,6 +206,22 @@ TEST_F(ConversionsTest, ATextBecomesABrowserStringWithATerminator) {
     npn.releasevariantvalue(&variant);
 }
 
+TEST_F(ConversionsTest, ABrowserStringTakesItsLengthAndOneByteMore) {
+    static std::vector<std::uint32_t> sizes;
+    static decltype(NPNetscapeFuncs::memalloc) allocate;
+    sizes.clear();
+    allocate = std::exchange(npn.memalloc, [](std::uint32_t size) {
+        sizes.push_back(size);
+        return allocate(size);
+    });
+    for (const std::string& text : {std::string("text"), std::string("ab\0cd", 5)}) {
+        NPVariant variant{};
+        EXPECT_TRUE(object->t_StringToNPVariant(text, variant));
+        npn.releasevariantvalue(&variant);
+    }
+    EXPECT_EQ(sizes, (std::vector<std::uint32_t>{5, 6}));
+}
+
 TEST_F(ConversionsTest, AnEmbeddedZeroShortensTheText) {
     NPVariant variant{};
     EXPECT_TRUE(object->t_StringToNPVariant(std::string("ab\0cd", 5), variant));
@@ -261,6 +289,24 @@ TEST_F(ScriptPropertiesTest, AValueOfAnotherTypeFailsAndIsGivenBack) {
     EXPECT_EQ(number, 5);
     EXPECT_EQ(bits, 5u);
     EXPECT_EQ(name, "before");
+}
+
+TEST_F(ScriptPropertiesTest, AStringThatIsNotLatin1FailsAndIsGivenBack) {
+    channel.Set("name", "\xE2\x82\xAC");
+    std::string name;
+    EXPECT_FALSE(object->t_GetProperty("name", Channel(), name));
+    EXPECT_EQ(name, "");
+    EXPECT_EQ(browser.GetLedger().BlocksInUse(), 0u);
+}
+
+TEST_F(ScriptPropertiesTest, AnEmptyStringIsAString) {
+    channel.Set("name", "");
+    for (const bool withoutPointer : {true, false}) {
+        browser.emptyStringsAreNull = withoutPointer;
+        std::string name;
+        EXPECT_TRUE(object->t_GetProperty("name", Channel(), name));
+        EXPECT_EQ(name, "");
+    }
 }
 
 TEST_F(ScriptPropertiesTest, AMissingPropertyFails) {

@@ -44,9 +44,9 @@ TEST_F(EventListenersTest, AnAddedListenerIsHeldOnceAndCalled) {
     EXPECT_TRUE(outcome.accepted);
     EXPECT_EQ(outcome.value, Value()) << "the result is never written";
     EXPECT_EQ(first.HeldByPlugin(), 1u);
-    ExpectLogged("addEventListener correct args");
+    ExpectLogged(3, "addEventListener correct args");
     ExpectLogged(4, TypeLine("Focus", first, "false"));
-    ExpectLogged("EventListener added");
+    ExpectLogged(3, "EventListener added");
     Dispatch("Focus");
     EXPECT_EQ(Calls({"script."}), Texts{"script.first(null)"});
 }
@@ -63,7 +63,7 @@ TEST_F(EventListenersTest, UseCaptureIsLoggedAndHasNoOtherEffect) {
 TEST_F(EventListenersTest, TheSameFunctionIsAddedOnceForAType) {
     EXPECT_TRUE(Add("Focus", first).accepted);
     EXPECT_TRUE(Add("Focus", first).accepted);
-    ExpectLogged("EventListener already added");
+    ExpectLogged(3, "EventListener already added");
     ExpectLogged("EventListener added");
     EXPECT_EQ(first.HeldByPlugin(), 1u);
     Dispatch("Focus");
@@ -122,8 +122,8 @@ TEST_F(EventListenersTest, ARemovedListenerIsGivenBackAndNotCalled) {
     EXPECT_EQ(outcome.value, Value());
     EXPECT_EQ(first.HeldByPlugin(), 0u);
     ExpectLogged(0, "JSNPObject::m_RemoveEventListener");
-    ExpectLogged("removeEventListener correct args");
-    ExpectLogged("Remove Focus EventListener()");
+    ExpectLogged(3, "removeEventListener correct args");
+    ExpectLogged(3, "Remove Focus EventListener()");
     Dispatch("Focus");
     EXPECT_EQ(Calls({"script."}), Texts{"script.second(null)"});
 }
@@ -246,9 +246,11 @@ TEST_F(EventListenersTest, DispatchLogsWhatItDoes) {
     Add("Focus", second);
     ClearLog();
     Dispatch("Focus");
-    EXPECT_EQ(support::Log::Instance().Texts(),
-              (Texts{"CallEventListeners \"Focus\"", "There are 2 callbacks for this event",
-                     "Invoke Focus EventListener", "Invoke Focus EventListener"}));
+    EXPECT_EQ(support::Log::Instance().Lines(),
+              (std::vector<support::LogLine>{{1, 3, "CallEventListeners \"Focus\""},
+                                             {1, 4, "There are 2 callbacks for this event"},
+                                             {1, 3, "Invoke Focus EventListener"},
+                                             {1, 3, "Invoke Focus EventListener"}}));
 }
 
 TEST_F(EventListenersTest, DispatchWithoutListenersDoesNothing) {
@@ -311,6 +313,17 @@ TEST_F(EventListenersTest, AListenerRemovedByAnEarlierOneIsStillCalledThisTime) 
     EXPECT_FALSE(second.IsAlive());
     Dispatch("Focus");
     EXPECT_EQ(second.Calls().size(), 1u);
+}
+
+TEST_F(EventListenersTest, EachListenerIsHeldForTheDispatchUntilItsOwnCallIsOver) {
+    std::vector<std::pair<unsigned, unsigned>> held;
+    const auto note = [&] { held.emplace_back(first.HeldByPlugin(), second.HeldByPlugin()); };
+    first.SetFunction(note);
+    second.SetFunction(note);
+    Add("Focus", first);
+    Add("Focus", second);
+    Dispatch("Focus");
+    EXPECT_EQ(held, (std::vector<std::pair<unsigned, unsigned>>{{2, 2}, {1, 2}}));
 }
 
 TEST_F(EventListenersTest, AListenerThatRemovesItselfLivesThroughItsCall) {

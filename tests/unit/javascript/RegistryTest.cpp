@@ -37,6 +37,15 @@ TEST_F(RegistryTest, ToStringGivesTheClassNameWhateverTheArguments) {
     EXPECT_EQ(browser.Call(object, "toString").value, Value("[object Script]"));
 }
 
+TEST_F(RegistryTest, ToStringOfANamelessClassIsNull) {
+    struct Nameless : OipfJavaScript::JSNPObject {
+        Nameless(NPP npp, NPNetscapeFuncs* funcs) : JSNPObject("", npp, funcs) {}
+    } nameless(npp, &npn);
+    NPVariant result = OipfJavaScript::Int32Variant(5);
+    EXPECT_TRUE(nameless.Invoke(IdentifierOf("toString"), nullptr, 0, &result));
+    EXPECT_EQ(Value(result), Value(nullptr));
+}
+
 TEST_F(RegistryTest, ToStringIsAcceptedButEmptyWhenThereIsNoMemory) {
     browser.FailNth("memalloc", 1);
     const Outcome outcome = browser.Call(object, "toString");
@@ -257,6 +266,46 @@ TEST_F(RegistryTest, CustomValuesAreReleasedWithTheObject) {
     Release();
     EXPECT_EQ(channel.HeldByPlugin(), 0u);
     EXPECT_EQ(browser.GetLedger().BlocksInUse(), 0u);
+}
+
+// Functors that say when they are deleted.
+struct MortalProperty : OipfJavaScript::IPropertyFunctor {
+    ~MortalProperty() override { support::CallList::Instance().Add("property functor deleted"); }
+    bool GetProp(NPVariant*) override { return false; }
+    bool SetProp(const NPVariant*) override { return false; }
+};
+struct MortalMethod : OipfJavaScript::IMethodFunctor {
+    ~MortalMethod() override { support::CallList::Instance().Add("method functor deleted"); }
+    bool operator()(const NPVariant*, std::uint32_t, NPVariant*) override { return false; }
+};
+
+TEST_F(RegistryTest, AtItsEndAnObjectGivesUpItsCustomValuesThenItsPropertiesThenItsMethods) {
+    static decltype(NPNetscapeFuncs::releasevariantvalue) release;
+    release = std::exchange(npn.releasevariantvalue, [](NPVariant* variant) {
+        support::CallList::Instance().Add("custom value released");
+        release(variant);
+    });
+    object->t_RegisterMethod("method", new MortalMethod);
+    object->t_RegisterProperty("property", new MortalProperty);
+    object->AddCustomProperty("text", NewString("text"));
+    object->t_RegisterConstant("SEVEN", 7);
+    Release();
+    EXPECT_EQ(Calls(), (std::vector<std::string>{"custom value released", "custom value released",
+                                                 "property functor deleted", "method functor deleted"}));
+}
+
+TEST_F(RegistryTest, AtItsEndAnObjectHasNoInstanceAnyMore) {
+    static OipfJavaScript::JSNPObject* dying;
+    static decltype(NPNetscapeFuncs::releasevariantvalue) release;
+    dying = object;
+    release = std::exchange(npn.releasevariantvalue, [](NPVariant* variant) {
+        std::string location;
+        EXPECT_FALSE((dying->*&ScriptObject::t_GetDocumentLocation)(location));
+        release(variant);
+    });
+    object->AddCustomProperty("text", NewString("text"));
+    Release();
+    ExpectLogged(2, "t_GetDocumentLocation, Object has been invalidated! (m_npp is NULL)");
 }
 
 TEST_F(RegistryTest, AnInvalidatedObjectStillAnswers) {

@@ -102,6 +102,15 @@ TEST_F(InitializeTest, WithoutMemoryForTheCopyThePluginIsNotInitialised) {
     Plugin::s_pNPNFuncs = block;
 }
 
+TEST_F(InitializeTest, ARefusedFirstTableIsNotCopied) {
+    NPNetscapeFuncs* block = std::exchange(Plugin::s_pNPNFuncs, nullptr);
+    auto table = PluginInstance::MakeTable(kPluginSize - 1);
+    EXPECT_NE(Plugin::Initialize(browser.Table(), table.get()), NPERR_NO_ERROR);
+    EXPECT_NE(Plugin::Initialize(browser.Table(kBrowserSize, 0x0100), functions.get()), NPERR_NO_ERROR);
+    EXPECT_EQ(Plugin::s_pNPNFuncs, nullptr);
+    Plugin::s_pNPNFuncs = block;
+}
+
 TEST_F(InitializeTest, ARefusedTableLeavesTheCopyAlone) {
     const NPNetscapeFuncs* block = Plugin::s_pNPNFuncs;
     NPNetscapeFuncs* table = browser.Table(kBrowserSize, 0x0100);

@@ -15,6 +15,15 @@ TEST_F(InstanceTest, CreatingOneMakesItsObjectAndTellsItTypeAndAttributes) {
     EXPECT_EQ(Destroy(), NPERR_NO_ERROR);
 }
 
+TEST_F(InstanceTest, TheInstanceHasItsObjectWhenThatIsToldItsType) {
+    void* data = nullptr;
+    TestObject::s_during = [&] { data = npp->pdata; };
+    Create();
+    EXPECT_NE(data, nullptr);
+    EXPECT_EQ(data, npp->pdata);
+    Destroy();
+}
+
 TEST_F(InstanceTest, ThePrivateDataIsTheObjectAndNotItsBrowserPart) {
     Create();
     EXPECT_EQ(static_cast<char*>(npp->pdata) + sizeof(void*),
@@ -96,6 +105,24 @@ TEST_F(InstanceTest, DestroyingOneGivesItsReferenceBack) {
     EXPECT_EQ(TestObject::s_living, 0);
     EXPECT_EQ(support::Log::Instance().Lines(), (std::vector<support::LogLine>{{3, 3, Line("DestroyInstance()")}}))
         << "the object is not invalidated";
+}
+
+TEST_F(InstanceTest, TheInstanceHasNoObjectAnyMoreWhenThatDies) {
+    Create();
+    void* data = this;
+    TestObject::s_atDestruction = [&] { data = npp->pdata; };
+    Destroy();
+    EXPECT_EQ(data, nullptr);
+}
+
+TEST_F(InstanceTest, AfterAShutdownObjectsAreStillMadeFromTheSameTable) {
+    Plugin::Shutdown();
+    NPNetscapeFuncs* table = Plugin::s_pNPNFuncs;
+    EXPECT_NE(table, nullptr);
+    Create();
+    EXPECT_NE(npp->pdata, nullptr);
+    EXPECT_EQ(Plugin::s_pNPNFuncs, table);
+    Destroy();
 }
 
 TEST_F(InstanceTest, AnObjectThatThePageHoldsOutlivesItsInstance) {

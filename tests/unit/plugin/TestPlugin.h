@@ -15,12 +15,16 @@ public:
     }
     ~TestObject() override {
         s_log.push_back("~TestObject");
+        s_atDestruction();
         --s_living;
     }
 
     static const char* PluginDescription() { return "video/test::A test plug-in"; }
 
-    void SetMimeType(char* type) override { s_log.push_back(std::string("SetMimeType ") + type); }
+    void SetMimeType(char* type) override {
+        s_log.push_back(std::string("SetMimeType ") + type);
+        s_during();
+    }
     void SetAttributes(std::int16_t argc, char** argn, char** argv) override {
         std::string text = "SetAttributes";
         for (std::int16_t i = 0; i < argc; ++i) text += std::string(" ") + argn[i] + "=" + argv[i];
@@ -63,7 +67,7 @@ public:
         s_window = nullptr;
         s_stream = nullptr;
         s_table = nullptr;
-        s_atConstruction = s_during = [] {};
+        s_atConstruction = s_during = s_atDestruction = [] {};
     }
 
     static inline int s_living = 0;
@@ -73,6 +77,7 @@ public:
     static inline NPNetscapeFuncs* s_table = nullptr;
     static inline std::function<void()> s_atConstruction = [] {};
     static inline std::function<void()> s_during = [] {};
+    static inline std::function<void()> s_atDestruction = [] {};
 };
 
 // Initialises the plug-in with fresh tables for each test.

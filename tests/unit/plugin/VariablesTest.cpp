@@ -56,6 +56,18 @@ TEST_F(VariablesTest, KnownVariablesAreRefusedWithoutALine) {
     EXPECT_TRUE(support::Log::Instance().Lines().empty());
 }
 
+TEST_F(VariablesTest, WhatIsAnsweredIsNotLogged) {
+    Create();
+    ClearLog();
+    std::intptr_t answer = 0;
+    for (const unsigned int variable : {1u, 2u, 14u, 15u}) {
+        EXPECT_EQ(Get(variable, &answer), NPERR_NO_ERROR) << variable;
+    }
+    EXPECT_TRUE(support::Log::Instance().Lines().empty());
+    browser.Functions()->releaseobject(Object());  // the last answer's reference
+    Destroy();
+}
+
 TEST_F(VariablesTest, UnknownVariablesAreRefusedWithTheirNumber) {
     std::intptr_t untouched = 0x5A5A;
     for (const unsigned int variable :

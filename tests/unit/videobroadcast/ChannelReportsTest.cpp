@@ -88,6 +88,16 @@ TEST_F(ChannelReports, ByIdTheCreationReferenceIsGivenBack) {
     EXPECT_FALSE(browser.Created("Channel")[0]->IsAlive());
 }
 
+TEST_F(ChannelReports, ByIdTheCreationReferenceOutlivesTheReport) {
+    std::vector<unsigned> held;
+    const auto note = [&] { held.push_back(browser.Created("Channel").at(0)->HeldByPlugin()); };
+    When("script.onChannelChangeSucceeded", note);
+    When("event ChannelChangeSucceeded", note);
+    object->m_SendChChange(7u, Error(1000));
+    // The creation's, the argument's and the handler's copy, which stays until the delivery is over.
+    EXPECT_EQ(held, (std::vector<unsigned>{3, 3}));
+}
+
 TEST_F(ChannelReports, IdsAreWrittenUnsigned) {
     object->m_SendChChange(4294967295u, Error(1000));
     EXPECT_EQ(browser.Evaluated().back(), "new Channel(\"key\", 4294967295);");

@@ -20,6 +20,11 @@ protected:
     }
 };
 
+NPIdentifier NotingNames(const NPUTF8* name) {
+    support::CallList::Instance().Add("name");
+    return support::IdentifierOf(name);
+}
+
 unsigned s_namesUntilFailure = 0;
 
 NPIdentifier ThrowingNames(const NPUTF8* name) {
@@ -40,6 +45,25 @@ TEST_F(Construction, TellsTheBrowserThenMarksThePageThenRegistersForStreamEvents
     EXPECT_EQ(Calls(), (Lines{"setvalue 3, 0", "setvalue 4, 0", "setvalue 3001, 1",
                               "evaluate window." + IdOf(object.Get()) + " = true;",
                               "dsmcc.RegisterStreamEventCallback()"}));
+}
+
+TEST_F(Construction, AllNamesAreRegisteredBeforeTheBrowserIsTold) {
+    browser.Functions()->getstringidentifier = NotingNames;
+    const Probed object(browser);
+    const Lines calls = Calls();
+    ASSERT_EQ(calls.size(), 40u + 5u);
+    EXPECT_EQ(Lines(calls.begin(), calls.begin() + 40), Lines(40, "name"));
+    EXPECT_EQ(calls[40], "setvalue 3, 0");
+}
+
+TEST_F(Construction, StreamEventsThatComeMeanwhileReachTheObject) {
+    const Probed living(browser);
+    Forget();
+    When("setvalue 3,", [&] { EXPECT_TRUE(platform.DeliverStreamEvent(1, "name")); });
+    const Probed object(browser);
+    ExpectLogged("COipfVideoBroadcast::OnEvent(12)", 2);
+    Pump();
+    EXPECT_EQ(LinesWith("m_ProcessEvent E_ON_STREAM_EVENT"), 2u);
 }
 
 TEST_F(Construction, TheBrowserIsToldOfAWindowlessOpaqueBroadcastPlugin) {
@@ -116,6 +140,16 @@ TEST_F(Construction, WithoutTheWindowThePageIsNotMarked) {
     ExpectLogged(3, "get window object fail referenceCount -1");
     ExpectNotLogged("Release window object");
     EXPECT_EQ(Calls({"dsmcc."}), Lines{"dsmcc.RegisterStreamEventCallback()"});
+}
+
+TEST_F(Construction, WhatAFailedQuestionForTheWindowLeavesIsNotLookedAt) {
+    browser.Functions()->getvalue = [](NPP, NPNVariable, void* value) -> NPError {
+        *static_cast<std::uintptr_t*>(value) = 8;  // no object
+        return NPERR_GENERIC_ERROR;
+    };
+    const Probed object(browser);
+    EXPECT_TRUE(browser.Evaluated().empty());
+    ExpectLogged(3, "get window object fail referenceCount -1");
 }
 
 TEST_F(Construction, ANullWindowWithoutAnErrorIsNotMarkedEither) {

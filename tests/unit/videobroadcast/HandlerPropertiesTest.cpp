@@ -153,6 +153,7 @@ TEST_F(HandlerProperties, TheSameFunctionAgainIsReleasedAndHeldAgain) {
     EXPECT_EQ(handler.HeldByPlugin(), 1u);
     const Lines lines = support::Log::Instance().Texts();
     ASSERT_EQ(lines.size(), 3u);
+    ExpectLogged(3, lines[2]);
     EXPECT_EQ(lines[0], "m_SetOnBlur()");
     EXPECT_EQ(lines[1], "Release current property");
     EXPECT_TRUE(lines[2].starts_with("Set NPObject 0x")) << lines[2];

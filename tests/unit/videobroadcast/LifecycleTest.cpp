@@ -23,6 +23,7 @@ TEST_F(Lifecycle, InvalidateLogsTheObjectItsReferencesAndWhatRemains) {
     object.Invalidate();
     EXPECT_EQ(support::Log::Instance().Texts(),
               (Lines{InvalidateLine(*object, 1), "0 events remaining in s_asyncEvent map"}));
+    ExpectLogged(3, InvalidateLine(*object, 1));
     ExpectLogged(3, "0 events remaining in s_asyncEvent map");
 }
 

@@ -72,6 +72,7 @@ TEST_P(EachCallback, IsHandledUnderItsName) {
     const Lines lines = support::Log::Instance().Texts();
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines[0], "COipfVideoBroadcast::m_HandleAsyncCall()");
+    ExpectLogged(3, lines[0]);
     if (GetParam().caseLine != nullptr) {
         ASSERT_GT(lines.size(), 1u);
         EXPECT_EQ(lines[1], std::string("m_ProcessEvent ") + GetParam().caseLine);
@@ -101,6 +102,13 @@ TEST_P(EachCallback, IsQueuedAsOftenAsItComesButProgrammeChanges) {
 TEST_F(NotificationQueue, ChannelIdsAreLoggedSigned) {
     Native().TuneSuccess(4294967295u);
     ExpectLogged(3, "TuneSuccess -1");
+}
+
+TEST_F(NotificationQueue, NotificationIdsAreLoggedSigned) {
+    Native().OnEvent({4294967295u, 0});
+    ExpectLogged(3, "COipfVideoBroadcast::OnEvent(-1)");
+    Pump();
+    ExpectLogged(0, "Recieved event -1 in m_OnEvent()");
 }
 
 TEST_F(NotificationQueue, TwoProgrammeChangesBeforeTheFirstIsHandledAreOne) {
@@ -138,6 +146,18 @@ TEST_F(NotificationQueue, APendingProgrammeChangeOfAnEndedObjectCountsNoMore) {
     EXPECT_EQ(Told(), Lines{"script.onProgrammesChanged()"});
 }
 
+TEST_F(NotificationQueue, TheInstanceIsLookedAtBeforeThePendingProgrammeChanges) {
+    Probed ended(browser);
+    ended.Invalidate();
+    Native().ProgrammeChanged();
+    Forget();
+    ended->ProgrammeChanged();
+    EXPECT_EQ(support::Log::Instance().Texts(), Lines{"OnEvent m_npp is NULL!"});
+    Native().ProgrammeChanged();
+    EXPECT_EQ(support::Log::Instance().Texts(), Lines{"OnEvent m_npp is NULL!"});
+    Pump();
+}
+
 TEST_F(NotificationQueue, OtherPendingRecordsDoNotHoldAProgrammeChangeBack) {
     SetHandler("onProgrammesChanged");
     Native().UpdateLayout();
@@ -165,6 +185,10 @@ TEST_F(NotificationQueue, RecordsAreHandledInTheOrderInWhichTheyCame) {
     EXPECT_EQ(Told(), (Lines{"script.onPlayStateChange(1, 1)", "script.onPlayStateChange(2, undefined)",
                              "script.onPlayStateChange(1, undefined)"}));
 }
+
+// A record is an id of 32 bits and one word, wide enough for a pointer.
+static_assert(sizeof Object::event_t::id == 4 && sizeof Object::event_t::data == sizeof(void*));
+static_assert(sizeof(Object::event_t) == 2 * sizeof(void*));
 
 // The asynchronous calls that an object asks for, kept from the browser.
 struct Request {
@@ -221,6 +245,27 @@ TEST_F(AsyncRequests, ASecondForTheSameNumberFindsNoRecord) {
               (Lines{"COipfVideoBroadcast::m_HandleAsyncCall()",
                      "Event id " + std::to_string(s_requests[0].number) + " not in s_asyncEvent map"}));
     ExpectLogged(2, "Event id " + std::to_string(s_requests[0].number) + " not in s_asyncEvent map");
+}
+
+TEST_F(AsyncRequests, ARecordIsTakenOutBeforeItIsHandled) {
+    Probed object(browser);
+    SetHandler(object.Get(), "onPlayStateChange", [&] { Run(s_requests[0]); });
+    object->ChannelChanged();
+    Run(s_requests[0]);
+    EXPECT_EQ(Told(), Lines{"script.onPlayStateChange(1, undefined)"});
+    EXPECT_EQ(LinesWith("Event id "), 1u);
+}
+
+TEST_F(AsyncRequests, WhatIsNotQueuedTakesNoNumber) {
+    Probed object(browser);
+    Probed ended(browser);
+    ended.Invalidate();
+    object->ProgrammeChanged();
+    object->ProgrammeChanged();
+    ended->UpdateLayout();
+    object->UpdateLayout();
+    ASSERT_EQ(s_requests.size(), 2u);
+    EXPECT_EQ(s_requests[1].number, s_requests[0].number + 1);
 }
 
 TEST_F(AsyncRequests, NameTheLatestNumberAndTheRecordsOwnWhereTheyDiffer) {

@@ -144,6 +144,18 @@ TEST_F(Notifications, ABlockWhileConnectingUnblockedIsTold) {
     EXPECT_EQ(ActedOn(Blocked), (Lines{"script.onPlayStateChange(1, 3)", "layout"}));
 }
 
+TEST_F(Notifications, ABlockThatChangesNothingIsRememberedAllTheSame) {
+    Present();
+    ActedOn(Blocked);
+    platform.answers.pvrOperating = true;
+    platform.Apply();
+    Page().Call("nextChannel");  // refused, but it forgets the block
+    EXPECT_EQ(ActedOn(Blocked), kNothing);
+    ExpectLogged(3, "Still in CONNECTING, and error is same as last error - do nothing");
+    EXPECT_EQ(ActedOn(Blocked), kNothing);
+    ExpectLogged(3, "Connecting and blocked - but m_blocked already set");
+}
+
 TEST_F(Notifications, ATuneIntoABlockedChannelIsReportedAsASuccess) {
     Connect();
     EXPECT_EQ(ActedOn(TunedBlocked),
@@ -201,6 +213,21 @@ TEST_F(Notifications, UnblockingDoesNotForgetTheBlock) {
     Acted(&Object::ChannelChanged);
     EXPECT_EQ(ActedOn(Blocked), kNothing);
     ExpectLogged(3, "Connecting and blocked - but m_blocked already set");
+}
+
+TEST_F(Notifications, ASuccessfulTuneDoesNotForgetTheBlock) {
+    Present();
+    ActedOn(Blocked);
+    Acted(&Object::TuneSuccess, 0u);
+    EXPECT_EQ(PlayState(), Object::E_STATE_PRESENTING);
+    Acted(&Object::ChannelChanged);
+    EXPECT_EQ(ActedOn(Blocked), kNothing);
+}
+
+TEST_F(Notifications, UnblockingPresentsAScrambledChannelToo) {
+    Present();
+    Acted<unsigned short>(&Object::Scrambled, 1);
+    EXPECT_EQ(Acted(&Object::ParentalRatingUnblocked, 7u), (Lines{"script.onPlayStateChange(2, undefined)", "layout"}));
 }
 
 TEST_F(Notifications, SetChannelDoesNotForgetTheBlockButNextChannelDoes) {

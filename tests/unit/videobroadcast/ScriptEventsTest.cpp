@@ -165,6 +165,18 @@ TEST_F(ScriptEvents, WrongCountsAreLoggedForChannelChangesOnly) {
     EXPECT_EQ(LinesWith("Wrong parameters"), 2u);
 }
 
+TEST_F(ScriptEvents, HoldersThatNoEventTookStayTheCallers) {
+    Raise(3, {1, 2});
+    EXPECT_TRUE(arguments.empty());
+    for (const unsigned id : {3u, 5u, 8u, 1000u}) {
+        Raise(id, {1, 2, 3});
+        EXPECT_EQ(arguments.size(), 3u) << id;
+    }
+    browser.FailNth("createobject", 1);
+    Raise(3, {1, 2});
+    EXPECT_EQ(arguments.size(), 2u);
+}
+
 TEST_F(ScriptEvents, RightCountsAreNotLogged) {
     Raise(3, {1, 2});
     Raise(4, {1});

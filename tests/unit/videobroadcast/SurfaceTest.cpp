@@ -127,6 +127,20 @@ TEST_F(Surface, APageThatIsNotBroadcastRelatedMayNotListen) {
     ExpectLogged(2, "t_AllowEventListener() - app is not broadcast related");
 }
 
+NPObject* s_raisedOn = nullptr;
+
+TEST_F(Surface, ExceptionsAreRaisedOnTheObject) {
+    Probed object(browser);
+    browser.Functions()->setexception = [](NPObject* raisedOn, const NPUTF8*) { s_raisedOn = raisedOn; };
+    s_raisedOn = nullptr;
+    EXPECT_TRUE(browser.Set(object.Get(), "onBlur", 1).accepted);
+    EXPECT_EQ(s_raisedOn, static_cast<NPObject*>(object.Get()));
+    s_raisedOn = nullptr;
+    platform.answers.broadcastRelated = false;
+    EXPECT_FALSE(object->t_AllowEventListener());
+    EXPECT_EQ(s_raisedOn, static_cast<NPObject*>(object.Get()));
+}
+
 TEST_F(Surface, APageThatIsNotBroadcastRelatedAnyMoreKeepsItsListeners) {
     FakeObject& listener = browser.MakeFunction("listener");
     Page().Call("addEventListener", {"Focus", listener, false});

@@ -34,7 +34,7 @@ TEST_F(Suspension, SuspendWithoutAPlayerDoesNothing) {
     Suspend();
     EXPECT_TRUE(Steps().empty());
     ExpectLogged(3, "COipfVideoBroadcast::m_OnSuspend()");
-    EXPECT_EQ(LinesWith("COipfVideoBroadcast::m_OnSuspend() - no broadcast player"), 1u);
+    ExpectLogged(2, "COipfVideoBroadcast::m_OnSuspend() - no broadcast player");
     EXPECT_FALSE(platform.answers.mediaPlaybackMode);
 }
 
@@ -45,6 +45,23 @@ TEST_F(Suspension, SuspendOfAnUnrealizedObjectWithAPlayerConnects) {
     SetHandler("onPlayStateChange");
     Suspend();
     EXPECT_EQ(Steps(), (Lines{"browser.EnableMediaPlaybackMode()", "script.onPlayStateChange(1, 11)"}));
+}
+
+TEST_F(Suspension, ASecondSuspendEntersMediaPlaybackAgainAndTellsNothing) {
+    Present();
+    Suspend();
+    SetHandler("onPlayStateChange");
+    Forget();
+    Suspend();
+    EXPECT_EQ(Steps(), Lines{"browser.EnableMediaPlaybackMode()"});
+}
+
+TEST_F(Suspension, ResumePresentsABlockedChannelToo) {
+    Present();
+    Native().ParentalRatingBlocked(7, true);
+    Pump();
+    Resume();
+    EXPECT_EQ(PlayState(), Object::E_STATE_PRESENTING);
 }
 
 TEST_F(Suspension, ResumeLeavesMediaPlaybackThenPresents) {
@@ -64,6 +81,24 @@ TEST_F(Suspension, ResumeOutsideMediaPlaybackOnlyPresents) {
     EXPECT_EQ(Steps(), Lines{"script.onPlayStateChange(2, undefined)"});
 }
 
+TEST_F(Suspension, ResumeAsksWhetherMediaIsPlayedBeforeItEndsThat) {
+    Present();
+    Suspend();
+    Resume();
+    const Lines asked = Calls({"browser.IsMedia", "browser.Disable"});
+    ASSERT_GE(asked.size(), 2u);
+    EXPECT_EQ(asked[0], "browser.IsMediaPlaybackMode()");
+    EXPECT_EQ(asked[1], "browser.DisableMediaPlaybackMode()");
+}
+
+TEST_F(Suspension, WithoutTheBrowserInterfaceResumeOnlyPresents) {
+    Connect();
+    platform.answers.hasBrowserAPI = false;
+    Resume();
+    platform.answers.hasBrowserAPI = true;
+    EXPECT_EQ(PlayState(), Object::E_STATE_PRESENTING);
+}
+
 TEST_F(Suspension, ResumeThatCannotRestoreTheChannelStopsThere) {
     Present();
     Suspend();
@@ -71,7 +106,7 @@ TEST_F(Suspension, ResumeThatCannotRestoreTheChannelStopsThere) {
     platform.answers.canRestoreChannel = false;
     Resume();
     EXPECT_EQ(Steps(), Lines{"browser.DisableMediaPlaybackMode()"});
-    EXPECT_EQ(LinesWith("COipfVideoBroadcast::m_OnResume - fail to restore channel"), 1u);
+    ExpectLogged(2, "COipfVideoBroadcast::m_OnResume - fail to restore channel");
     EXPECT_EQ(PlayState(), Object::E_STATE_CONNECTING);
     ExpectNotLogged("Set play state to presenting.");
 }

@@ -77,8 +77,8 @@ void COipfVideoBroadcast::t_PushComponents(NPObject* array, const std::vector<st
     }
     NPVariant pushed = VoidVariant();
     const NPIdentifier push = m_pNPNFuncs->getstringidentifier("push");
-    if (m_npp && m_pNPNFuncs->invoke(m_npp, array, push, components.data(),
-                                     static_cast<std::uint32_t>(components.size()), &pushed)) {
+    if (m_npp && push && m_pNPNFuncs->invoke(m_npp, array, push, components.data(),
+                                             static_cast<std::uint32_t>(components.size()), &pushed)) {
         LOG_TRACE("%d AVComponents added to the array", static_cast<int>(components.size()));
         ReleaseVariant(*m_pNPNFuncs, pushed);
     }

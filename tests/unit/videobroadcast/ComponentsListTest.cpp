@@ -201,6 +201,14 @@ TEST_P(ComponentsList, TheArrayIsTheResultAlsoWhenPushFails) {
     }
 }
 
+TEST_P(ComponentsList, WithoutAnIdentifierForPushTheArrayIsNotCalled) {
+    Bring(kPresenting);
+    browser.FailNth("getstringidentifier", 1);
+    EXPECT_NE(ListOf({1}), nullptr);
+    EXPECT_EQ(browser.Uses("invoke"), 0u);
+    EXPECT_TRUE(LogOf("3 AVComponents").empty());
+}
+
 TEST_P(ComponentsList, TheComponentsBelongToTheArrayAfterThePush) {
     Bring(kPresenting);
     bool pushed = false;

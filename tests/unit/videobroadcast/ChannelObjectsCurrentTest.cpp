@@ -195,6 +195,13 @@ TEST_F(ChannelObjectsCurrent, AChannelConfigurationThatCannotBeMadeThrows) {
     ExpectNotLogged("getChannelConfig success");
 }
 
+TEST_F(ChannelObjectsCurrent, WithoutAConfigurationTheResultIsLeftAsTheBrowserGaveIt) {
+    browser.FailNth("evaluate", 1);
+    EXPECT_EQ(Value(CallWithPresetResult("getChannelConfig", {}, Preset())), Value(99));
+    platform.answers.broadcastRelated = false;
+    EXPECT_EQ(Value(CallWithPresetResult("getChannelConfig", {}, Preset())), Value(99));
+}
+
 TEST_F(ChannelObjectsCurrent, APageThatIsNotBroadcastRelatedGetsASecurityErrorAndNoConfiguration) {
     platform.answers.broadcastRelated = false;
     ExpectException(Call("getChannelConfig"), "SecurityError");

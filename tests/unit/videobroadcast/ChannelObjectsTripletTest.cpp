@@ -62,6 +62,19 @@ TEST_P(ChannelObjectsTriplet, TheResultOfTooManyArgumentsIsLeftAsTheBrowserGaveI
     EXPECT_EQ(Value(CallWithPresetResult("createChannelObject", {12, 1, 2, 3, 4, "5", 6}, preset)), Value(99));
 }
 
+TEST_P(ChannelObjectsTriplet, AnExceptionLeavesTheResultAsTheBrowserGaveIt) {
+    NPVariant preset{};
+    preset.type = NPVariantType_Int32;
+    preset.value.intValue = 99;
+    for (const Values& refused : {Values{"12", 1, 2, 3}, Values{12, "abc", 2, 3}, Values{30, 1, 2, 3},
+                                  Values{41, 1, 2, 3}, Values{"12", "Z", 5}, Values{12, 90, 5}, Values{12, "Z", "5"}}) {
+        EXPECT_EQ(Value(CallWithPresetResult("createChannelObject", refused, preset)), Value(99)) << Show(refused);
+    }
+    browser.FailFrom("evaluate");
+    EXPECT_EQ(Value(CallWithPresetResult("createChannelObject", {12, 1, 2, 3}, preset)), Value(99));
+    EXPECT_EQ(Value(CallWithPresetResult("createChannelObject", {12, "Z", 5}, preset)), Value(99));
+}
+
 TEST_P(ChannelObjectsTriplet, AnIdTypeThatIsNoNumberIsRefused) {
     for (const Value& wrong : {Value("12"), Value(), Value(nullptr), Value(true), Value(MakeChannel({}))}) {
         ExpectRefused({wrong, 1, 2, 3}, "idType is invalid", "Create Channel object failed - idType is invalid");

@@ -185,6 +185,15 @@ TEST_F(Lifecycle, AnInvalidatedObjectCanTakeAPlayerAgainAndGivesItBackAtItsEnd) 
     EXPECT_EQ(platform.HandedOut(), 0u);
 }
 
+TEST_F(Lifecycle, AnObjectInvalidatedWithItsPlayerRaisesNoStateEventEverAgain) {
+    Present();
+    Page().Invalidate();
+    Forget();
+    Page().Call("bindToCurrentChannel");
+    EXPECT_EQ(PlayState(), Object::E_STATE_PRESENTING);
+    EXPECT_EQ(LinesWith("m_OnEvent m_npp is NULL!"), 0u);
+}
+
 TEST_F(Lifecycle, TheDestructorInvalidatesThenGivesUpStreamEvents) {
     Present();
     FakeObject& listener = browser.MakeFunction("listener");

@@ -1,4 +1,5 @@
 // The registry of stream event listeners.
+#include <limits>
 #include <optional>
 
 #include "tests/unit/videobroadcast/ObjectTest.h"
@@ -156,6 +157,25 @@ TEST_F(StreamEventRegistry, JobsAreLoggedInHexadecimalWhenTheyEnd) {
     ExpectLogged(3, LogOf("t_UnsubscrieStreamEvent", "unsubscribing listener URL=dvb:/x, eventName=name, dsmJobId=ff"));
     ExpectLogged(2, LogOf("t_UnsubscrieStreamEvent", "couldn't unsubscribe from stream event, targetURL=dvb:/x,  "
                                                      "eventName=name, dsmJobId=ff"));
+}
+
+TEST_F(StreamEventRegistry, JobsAreWholeWords) {
+    constexpr unsigned long kLast = std::numeric_limits<unsigned long>::max();
+    platform.answers.jobIds = {kLast, kLast & 0xFFFFFFFF >> 1};
+    Add("dvb:/x", "name", first);
+    Add("dvb:/y", "name", second);
+    ExpectLogged(3, LogOf("AddEventListener", "jobId=" + std::to_string(kLast)));
+    EXPECT_EQ(ListenersOf(kLast), Listeners{first});
+    EXPECT_EQ(ListenersOf(kLast & 0xFFFFFFFF >> 1), Listeners{second});
+    EXPECT_TRUE(ListenersOf(kLast - 1).empty());
+    ExpectLogged(2, LogOf("GetStreamEventDataListeners",
+                          "no listeners found for stream event id=1, name=any, dsmJobId=-2"));
+    ClearCalls();
+    Remove("dvb:/x", "name", first);
+    EXPECT_EQ(Calls(), Lines{"dsmcc.UnsubscribeStreamEvent(" + std::to_string(kLast) + ")"});
+    const std::string hexadecimal(2 * sizeof kLast, 'f');
+    ExpectLogged(3, LogOf("t_UnsubscrieStreamEvent",
+                          "unsubscribing listener URL=dvb:/x, eventName=name, dsmJobId=" + hexadecimal));
 }
 
 TEST_F(StreamEventRegistry, RemovalNeedsTheSameListenerUrlAndName) {

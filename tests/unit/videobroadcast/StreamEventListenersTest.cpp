@@ -129,6 +129,20 @@ TEST_F(StreamEventListeners, TextsGoToTheServiceByteForByte) {
     EXPECT_EQ(Calls({"dsmcc.Subscribe"}), Lines{"dsmcc.SubscribeStreamEvent(dvb:/\xC3\xA9, n\xE2\x82\xAC, 0)"});
 }
 
+TEST_F(StreamEventListeners, BytesThatAreNoCharactersGoToTheServiceToo) {
+    Page().Call("addStreamEventListener", {"dvb:/\xFF\xC3", "\x80n\xE2", listener});
+    EXPECT_EQ(Calls({"dsmcc.Subscribe"}), Lines{"dsmcc.SubscribeStreamEvent(dvb:/\xFF\xC3, \x80n\xE2, 0)"});
+}
+
+TEST_F(StreamEventListeners, TheServiceGetsWhatComesBeforeAZeroByte) {
+    using namespace std::string_literals;
+    Page().Call("addStreamEventListener", {"dvb:/x\0y"s, "name\0s"s, listener});
+    EXPECT_EQ(Calls({"dsmcc.Subscribe"}), Lines{"dsmcc.SubscribeStreamEvent(dvb:/x, name, 0)"});
+    Forget();
+    Remove("dvb:/x", listener);
+    EXPECT_EQ(Calls({"dsmcc.Unsubscribe"}), Lines{"dsmcc.UnsubscribeStreamEvent(1)"});
+}
+
 TEST_F(StreamEventListeners, EmptyTextsAreAccepted) {
     for (const bool null : {true, false}) {
         browser.emptyStringsAreNull = null;

@@ -71,6 +71,17 @@ TEST_F(StreamEvents, EachObjectGetsACopyInTheOrderOfTheObjects) {
               (Lines{"script.onStreamEvent(plug-in object#3)", "script.onStreamEvent#2(plug-in object#4)"}));
 }
 
+TEST_F(StreamEvents, EachObjectLooksForListenersAmongItsOwn) {
+    Subscribe("one");
+    Probed second(browser);
+    FakeObject& other = Hear("two");
+    browser.Call(second.Get(), "addStreamEventListener", {"dvb:/x", "two", other});
+    Deliver(2, "name");
+    EXPECT_EQ(Heard(), Lines{"event two: StreamEvent{name: \"name\", data: \"\", text: \"\", status: \"trigger\"}"});
+    ExpectLogged(2, "[CStreamEventHandler::GetStreamEventDataListeners] no listeners found for stream event id=0, "
+                    "name=name, dsmJobId=2");
+}
+
 TEST_F(StreamEvents, WithoutObjectsTheRecordIsDeletedAllTheSame) {
     Object::DsmEventCallback(new CDSMCCStreamEventData{CDSMCCStreamEventData::E_STATUS_TRIGGER, 1, "name", {1}, 1, 0});
     EXPECT_TRUE(support::Log::Instance().Texts().empty());

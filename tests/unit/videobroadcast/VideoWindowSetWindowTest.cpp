@@ -62,6 +62,15 @@ TEST_F(VideoWindowSetWindow, ARectanglePartlyOffThePlaneKeepsItsSigns) {
     ExpectLoggedOnce("COipfVideoBroadcast::updateLayout called x: -10, y: -20, width: 640, height: 360");
 }
 
+TEST_F(VideoWindowSetWindow, ASizeAboveTheSignedRangeKeepsItsBitsAndComparesEqualToItself) {
+    SetWindow(10, 20, 4294967295u, 2147483648u);
+    EXPECT_EQ(Get("width").value, Value(-1));
+    EXPECT_EQ(Get("height").value, Value(-2147483647 - 1));
+    ForgetWhatHappened();
+    SetWindow(10, 20, 4294967295u, 2147483648u);
+    EXPECT_TRUE(Calls().empty());
+}
+
 TEST_F(VideoWindowSetWindow, ASizeThatScriptSetMakesTheBrowsersRectangleAnotherOne) {
     SetWindow(10, 20, 640, 360);
     Set("width", 320);

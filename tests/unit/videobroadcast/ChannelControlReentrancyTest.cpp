@@ -110,6 +110,14 @@ TEST_F(ChannelControlReentrancy, AFailingSetChannelInsideOnChannelChangeErrorEnd
     EXPECT_EQ(Calls({"script.onChannelChangeError"}).size(), 4u);
 }
 
+TEST_F(ChannelControlReentrancy, AGetterThatReleasesThePlayerGivesTheIdBackBeforeTheReport) {
+    FakeObject& trap = MakeChannel({});
+    WhenRead(trap, "mid", [&] { Call("release"); }, 7);
+    ExpectDone(Call("setChannel", {trap}));
+    EXPECT_EQ(Calls({"cache.", "script.onChannelChangeError"}),
+              (List{"cache.ReleaseChannel(7)", "script.onChannelChangeError(channel#2, 11)"}));
+}
+
 TEST_F(ChannelControlReentrancy, StopInsideOnPlayStateChangeKeepsBindFromPresenting) {
     Once("script.onPlayStateChange(1", [&] { Call("stop"); });
     ExpectDone(Call("bindToCurrentChannel"));

@@ -134,6 +134,22 @@ TEST_F(PlayerHold, ReleaseForgetsTheBlock) {
     EXPECT_EQ(Told(), Lines{"script.onPlayStateChange(1, 3)"});
 }
 
+TEST_F(PlayerHold, ReleaseForgetsTheBlockBeforeTheStateIsTold) {
+    Present();
+    Native().ParentalRatingBlocked(7, true);
+    Pump();
+    bool nested = false;
+    SetHandler("onPlayStateChange", [&] {
+        if (std::exchange(nested, true)) return;
+        Native().ChannelChanged();
+        Native().ParentalRatingBlocked(7, true);
+        Pump();
+    });
+    Page().Call("release");
+    EXPECT_EQ(Told(), (Lines{"script.onPlayStateChange(0, undefined)", "script.onPlayStateChange(1, undefined)",
+                             "script.onPlayStateChange(1, 3)"}));
+}
+
 TEST_F(PlayerHold, ANestedReleaseGivesThePlayerBackOnce) {
     Present();
     SetHandler("onPlayStateChange", [&] { Page().Call("release"); });

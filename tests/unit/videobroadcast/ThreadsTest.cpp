@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/unit/videobroadcast/ObjectTest.h"
@@ -298,6 +299,24 @@ TEST_F(Threads, ThePlayerIsGivenBackWithoutTheLock) {
     Present();
     Page().Invalidate();
     EXPECT_TRUE(through);
+}
+
+TEST_F(Threads, InvalidationForgetsTheObjectWithTheLockHeld) {
+    const Probed other(browser);
+    std::promise<void> queued;
+    std::future<void> result = queued.get_future();
+    std::thread notifier;
+    When("browser.IsMediaPlaybackMode", [&, first = std::make_shared<bool>(true)] {
+        if (!std::exchange(*first, false)) return;
+        notifier = std::thread([&] {
+            other->UpdateLayout();
+            queued.set_value();
+        });
+        EXPECT_EQ(result.wait_for(20ms), std::future_status::timeout);
+    });
+    Page().Invalidate();
+    EXPECT_EQ(result.wait_for(10s), std::future_status::ready);
+    notifier.join();
 }
 
 TEST_F(Threads, InvalidationWaitsForACallThatQueuesAndShutsOutLaterOnes) {

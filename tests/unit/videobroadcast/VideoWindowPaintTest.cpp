@@ -5,6 +5,7 @@
 #include <cairo/cairo-xlib.h>
 
 #include "tests/support/Text.h"
+#include "tests/unit/videobroadcast/ObjectTest.h"
 
 namespace {
 
@@ -165,6 +166,27 @@ TEST_F(VideoWindowPaint, TheVisualOfAnotherRectangleIsTaken) {
     SetWindow(10, 20, 640, 361, otherVisual);
     SendEvent(event);
     EXPECT_EQ(s_visual, otherVisual);
+}
+
+TEST_F(VideoWindowPaint, RectangleAndVisualAreStoredBeforeTheLayoutIsAskedFor) {
+    static std::function<void()> asked;
+    browser.Functions()->pluginthreadasynccall = [](NPP, void (*)(void*), void*) { asked(); };
+    videobroadcast::Probed probed(browser);
+    bool painted = false;
+    asked = [&] {
+        EXPECT_EQ(probed.Read("width").value, Value(640));
+        EXPECT_EQ(probed.Read("height").value, Value(360));
+        painted = probed->HandleEvent(&event) == 1;
+    };
+    NPSetWindowCallbackStruct information{};
+    information.visual = visual;
+    NPWindow window{};
+    window.width = 640;
+    window.height = 360;
+    window.ws_info = &information;
+    probed->SetWindow(&window);
+    EXPECT_TRUE(painted);
+    EXPECT_EQ(s_visual, visual);
 }
 
 TEST_F(VideoWindowPaint, AnInvalidatedObjectStillPaints) {

@@ -1,4 +1,5 @@
 // width, height, fullscreen and playState.
+#include "tests/unit/videobroadcast/ObjectTest.h"
 #include "tests/unit/videobroadcast/VideoWindowFixture.h"
 
 namespace videobroadcast_tests {
@@ -73,6 +74,16 @@ TEST_P(VideoWindowSize, NumbersOfBothFormsAreTakenAsUnsignedOnes) {
 TEST_P(VideoWindowSize, TheSameValueAsksForALayoutToo) {
     ExpectTaken(640, 640);
     ExpectTaken(640, 640);
+}
+
+TEST_P(VideoWindowSize, IsStoredBeforeTheLayoutIsAskedFor) {
+    static std::function<void()> asked;
+    browser.Functions()->pluginthreadasynccall = [](NPP, void (*)(void*), void*) { asked(); };
+    videobroadcast::Probed probed(browser);
+    Value stored;
+    asked = [&] { stored = probed.Read(side.name).value; };
+    browser.Set(probed.Get(), side.name, 640);
+    EXPECT_EQ(stored, Value(640));
 }
 
 TEST_P(VideoWindowSize, WhatIsNoNumberIsRefusedWithoutAnException) {

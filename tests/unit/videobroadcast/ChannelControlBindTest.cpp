@@ -83,6 +83,17 @@ TEST_F(ChannelControlBind, AScrambledChannelStaysConnecting) {
     EXPECT_EQ(PlayState(), kConnecting);
 }
 
+TEST_F(ChannelControlBind, AChannelThatWasSetMeanwhileCountsAsScrambledStill) {
+    Bring(kPresenting);
+    Notify([](IBroadcastPlayerListener& listener) { listener.Scrambled(1); });
+    for (const Value& channel : {Value(MakeChannel({{"mid", 7}})), Value(nullptr)}) {
+        Call("setChannel", {channel});
+        Call("stop");
+        Call("bindToCurrentChannel");
+        EXPECT_EQ(PlayState(), kConnecting);
+    }
+}
+
 TEST_F(ChannelControlBind, AChannelThatIsClearAgainIsPresented) {
     Bring(kPresenting);
     Notify([](IBroadcastPlayerListener& listener) { listener.Scrambled(1); });

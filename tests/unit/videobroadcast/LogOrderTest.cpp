@@ -169,7 +169,8 @@ TEST_F(LogOrder, ARefusedArgumentIsLoggedBeforeTheException) {
     Call("setFullScreen", {true});
     Follow();
     Set("width", 640);
-    ExpectSteps({"3: COipfVideoBroadcast::m_SetWidth()", "2:  COipfVideoBroadcast:: width is readonly in fullscreen mode",
+    ExpectSteps({"3: COipfVideoBroadcast::m_SetWidth()",
+                 "2:  COipfVideoBroadcast:: width is readonly in fullscreen mode",
                  "exception width is readonly in fullscreen mode"});
 }
 
@@ -297,7 +298,8 @@ TEST_F(LogOrderOfStreamEvents, ASubscriptionIsLoggedAroundTheServicesAnswer) {
     const std::string what = "targetURL=dvb:/x, eventName=name";
     ExpectStepsOf("addStreamEventListener", {"dvb:/x", "name", listener},
                   {"3: m_AddStreamEventListener()",
-                   "3: [CStreamEventHandler::AddEventListener] adding event listener, " + what + ", listener=" + pointer,
+                   "3: [CStreamEventHandler::AddEventListener] adding event listener, " + what + ", listener=" +
+                       pointer,
                    "dsmcc.SubscribeStreamEvent(dvb:/x, name, 0)", "3: [CStreamEventHandler::AddEventListener] jobId=1",
                    "3: [CStreamEventHandler::AddEventListener] EXIT"});
     platform.FailNth("dsmcc.UnsubscribeStreamEvent", 1);

@@ -246,6 +246,15 @@ TEST_F(Rights, WithoutMemoryTheSystemIsUndefined) {
     EXPECT_EQ(Told(), Lines{"script.onDRMRightsError(0, undefined, undefined, undefined)"});
 }
 
+TEST_F(Rights, SystemsTravelWhole) {
+    Native().Scrambled(0xFFFF);
+    Native().Unscrambled(0x8001);
+    Native().OnSASMessageReceived(new SASMessage{4, 0xFEDC, 0, {}});
+    Pump();
+    EXPECT_EQ(Told(), (Lines{RightsError(0, "65535").front(), RightsError(2, "32769").front(),
+                             RightsError(0, "65244").front()}));
+}
+
 TEST_F(Rights, AnyAccessStatusButZeroIsValid) {
     EXPECT_EQ(Report(4, 0x0B00, {{kStatus, {5}}}), RightsError(2, "2816"));
     ExpectLogged(3, "m_ProcessRightsInfo - E_OIPF_ACCESS_STATUS");

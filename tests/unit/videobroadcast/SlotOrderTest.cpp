@@ -1,8 +1,11 @@
 // The places of the virtual operations that the platform and the plug-in call each other by.
 #include <cstring>
+#include <utility>
 
+#include "javascript/Variants.h"
 #include "platform/DSMCCProtocol.h"
 #include "platform/IBroadcastPlayer.h"
+#include "tests/support/BrowserFunctions.h"
 #include "tests/support/Slots.h"
 #include "tests/unit/videobroadcast/ObjectTest.h"
 
@@ -124,6 +127,26 @@ TEST_F(SlotCalls, ByPlaceReachTheOperationThroughTheObjectAndItsListener) {
     for (const std::size_t slot : {2u, 3u, 4u, 8u, 12u, 16u}) CallSlot<IBroadcastPlayerListener>(object, slot);
     EXPECT_EQ(object.called,
               (Lines{"Suspend", "Resume", "ChannelChanged", "ProgrammeChanged", "NoSignal", "UpdateLayout"}));
+}
+
+TEST_F(SlotCalls, EveryChangeOfTheWindowAsksForALayoutThroughTheVirtualOperation) {
+    CountingObject object(browser.MakeInstance(), browser.Functions());
+    const Lines once{"UpdateLayout"};
+    NPSetWindowCallbackStruct information{};
+    NPWindow window{};
+    window.width = 640;
+    window.ws_info = &information;
+    object.SetWindow(&window);
+    EXPECT_EQ(std::exchange(object.called, {}), once);
+    const NPVariant size = OipfJavaScript::Int32Variant(320);
+    for (const char* side : {"width", "height"}) {
+        EXPECT_TRUE(object.SetProperty(support::IdentifierOf(side), &size));
+        EXPECT_EQ(std::exchange(object.called, {}), once) << side;
+    }
+    const NPVariant on = OipfJavaScript::BoolVariant(true);
+    NPVariant result{};
+    EXPECT_TRUE(object.Invoke(support::IdentifierOf("setFullScreen"), &on, 1, &result));
+    EXPECT_EQ(object.called, once);
 }
 
 }  // namespace

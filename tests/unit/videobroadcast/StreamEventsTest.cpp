@@ -294,6 +294,22 @@ TEST_F(StreamEvents, AnObjectInvalidatedWhileTheEventIsMadeCallsNobody) {
     EXPECT_EQ(browser.GetLedger().BlocksInUse(), 0u);
 }
 
+TEST_F(StreamEvents, TheFourStringsAreCopiedBeforeTheEventIsMade) {
+    Probed object(browser);
+    SetHandler(object.Get(), "onStreamEvent");
+    static unsigned copied;
+    static decltype(NPNetscapeFuncs::createobject) create;
+    create = browser.Functions()->createobject;
+    browser.Functions()->createobject = [](NPP npp, NPClass* objectClass) {
+        copied = support::FakeBrowser::Current()->Uses("memalloc");
+        return create(npp, objectClass);
+    };
+    const unsigned before = browser.Uses("memalloc");
+    Deliver(1, "name", "A");
+    browser.Functions()->createobject = create;
+    EXPECT_EQ(copied - before, 4u);
+}
+
 TEST_F(StreamEvents, AHandlerMayClearItsOwnProperty) {
     FakeObject& handler = browser.MakeFunction("handler", [&] { Page().Set("onStreamEvent", nullptr); });
     Page().Set("onStreamEvent", handler);

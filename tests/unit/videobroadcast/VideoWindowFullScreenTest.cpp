@@ -44,6 +44,21 @@ TEST_F(VideoWindowFullScreen, ItIsSwitchedOffAgain) {
     EXPECT_EQ(browser.Async().Pending(), 2u);
 }
 
+TEST_F(VideoWindowFullScreen, ItStaysWhateverBecomesOfTheChannelThePlayerAndTheWindow) {
+    Call("setFullScreen", {true});
+    for (const char* method : {"bindToCurrentChannel", "nextChannel", "stop", "release"}) {
+        Call(method);
+        EXPECT_EQ(Get("fullscreen").value, Value(true)) << method;
+    }
+    Call("setChannel", {MakeChannel({{"mid", 7}})});
+    Call("setChannel", {nullptr});
+    SetWindow(10, 20, 640, 360);
+    browser.RunAsyncCalls();
+    object->Invalidate();
+    EXPECT_EQ(Get("fullscreen").value, Value(true));
+    EXPECT_EQ(Calls({"script.onFullScreenChange"}).size(), 1u);
+}
+
 TEST_F(VideoWindowFullScreen, TheSameValueDoesNothing) {
     ExpectDone(Call("setFullScreen", {false}));
     ExpectLogged(3, "setFullScreen() already set to the same value.");

@@ -219,6 +219,7 @@ private:
     std::optional<AsyncRequest> t_Queue(const event_t& event);
     static void t_Request(const AsyncRequest& request);
     static void t_FreePayload(const event_t& event);
+    static bool t_CarriesHold(const event_t& event);
     static std::pair<COipfVideoBroadcast*, event_t> t_Take(unsigned int key);
 
     void t_OnProgrammesChanged(std::uintptr_t data);

@@ -50,7 +50,8 @@ void COipfVideoBroadcast::Invalidate() {
     m_ReleaseBroadcastPlayer();
 }
 
-// From here on no notification reaches the object: none is queued, and those that were are dropped.
+// From here on no notification reaches the object: none is queued, and those that were are dropped, with the holds of
+// the channels that they name.
 void COipfVideoBroadcast::t_Forget() {
     std::vector<event_t> dropped;
     {
@@ -62,7 +63,10 @@ void COipfVideoBroadcast::t_Forget() {
         dropped = t_TakePendingEvents();
         LOG_TRACE("%u events remaining in s_asyncEvent map", static_cast<unsigned int>(s_asyncEvent.size()));
     }
-    for (const event_t& event : dropped) t_FreePayload(event);
+    for (const event_t& event : dropped) {
+        t_FreePayload(event);
+        if (t_CarriesHold(event)) t_ReleaseChannel(static_cast<unsigned int>(event.data));
+    }
 }
 
 // Under s_mutex.

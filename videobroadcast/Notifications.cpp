@@ -133,6 +133,13 @@ void COipfVideoBroadcast::t_FreePayload(const event_t& event) {
     if (event.id == E_SAS_MSG) delete reinterpret_cast<SASMessage*>(event.data);
 }
 
+// Whether the record names a channel with a hold on its id (IBroadcastPlayerListener).
+bool COipfVideoBroadcast::t_CarriesHold(const event_t& event) {
+    constexpr ENotification kWithChannel[] = {E_TUNE_SUCCESS, E_TUNE_FAIL, E_SERVICE_NOT_AVAILABLE, E_CH_TUNED_LOCKED,
+                                              E_CH_SCRAMBLED_TUNE};
+    return event.data != 0 && std::ranges::find(kWithChannel, event.id) != std::ranges::end(kWithChannel);
+}
+
 void COipfVideoBroadcast::DsmEventCallback(CDSMCCStreamEventData* event) {
     if (!event) return;
     const std::unique_ptr<CDSMCCStreamEventData> owned(event);

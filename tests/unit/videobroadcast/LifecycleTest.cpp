@@ -53,6 +53,23 @@ TEST_F(Lifecycle, PurgedPayloadsAreFreed) {
     EXPECT_EQ(LinesWith("Remove event "), 2u);
 }
 
+TEST_F(Lifecycle, PurgedNotificationsGiveBackTheHoldsOfTheirChannels) {
+    Probed object(browser);
+    for (const unsigned channel : {3u, 4u, 5u, 6u, 7u}) platform.TakeHold(channel);
+    object->TuneSuccess(3);
+    object->TuneFail(4);
+    object->ServiceNotAvailable(5);
+    object->ParentalRatingBlocked(6, false);
+    object->ScrambledTune(7);
+    object->TuneSuccess(0);
+    object->ParentalRatingBlocked(8, true);  // these carry none
+    object->ParentalRatingUnblocked(9);
+    object.Invalidate();
+    EXPECT_EQ(Calls({"cache."}),
+              (Lines{"cache.ReleaseChannel(3)", "cache.ReleaseChannel(4)", "cache.ReleaseChannel(5)",
+                     "cache.ReleaseChannel(6)", "cache.ReleaseChannel(7)"}));
+}
+
 TEST_F(Lifecycle, PayloadsThatComeAfterTheEndAreFreed) {
     Probed other(browser);
     other.Invalidate();

@@ -2,12 +2,14 @@
 #include "tests/support/Log.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <utility>
 
 #include "platform/CCDebug.h"
 #include "tests/support/CallList.h"
+#include "tests/support/LogTap.h"
 
 namespace support {
 
@@ -67,6 +69,8 @@ bool Log::IsWanted(unsigned long level) const {
 
 namespace {
 
+std::atomic<LogTap::Function> s_tap = nullptr;
+
 std::string Format(const char* format, va_list* arguments) {
     va_list measuring, writing;
     va_copy(measuring, *arguments);
@@ -81,6 +85,11 @@ std::string Format(const char* format, va_list* arguments) {
 }
 
 }  // namespace
+
+LogTap::LogTap(Function function) { s_tap = function; }
+LogTap::~LogTap() { s_tap = nullptr; }
+LogTap::Function LogTap::Current() { return s_tap.load(std::memory_order_relaxed); }
+
 }  // namespace support
 
 IDebugIO* CCDebug::DebugIO = nullptr;
@@ -93,6 +102,10 @@ CCDebugDAEPlugin::CCDebugDAEPlugin() { support::Log::Instance().ModuleIsMade(); 
 CCDebugDAEPlugin::~CCDebugDAEPlugin() = default;
 
 void CCDebugDAEPlugin::t_Print(unsigned long module, unsigned long level, const char* format, va_list* arguments) {
+    if (const auto tap = support::LogTap::Current()) {
+        tap(format, arguments);
+        return;
+    }
     support::Log& log = support::Log::Instance();
     if (log.IsWanted(level)) {
         log.Add({module, level, support::Format(format, arguments)});

@@ -1,4 +1,4 @@
-// Threads of the platform that notify while objects come and go.
+// Threads of the platform that notify. Many of them, while objects come and go: ../endurance/ThreadsCampaignTest.cpp.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -35,75 +35,6 @@ struct Counts {
         return counts;
     }
 };
-
-// The objects that the platform may call.
-class Targets {
-public:
-    void Add(Object* object) {
-        const std::lock_guard lock(m_mutex);
-        m_targets.push_back(std::make_shared<Target>(object));
-    }
-    // When this returns no call of the object is under way, as the platform promises for a player that is given back.
-    void Remove(Object* object) {
-        std::shared_ptr<Target> removed;
-        {
-            const std::lock_guard lock(m_mutex);
-            const auto found = std::ranges::find(m_targets, object, [](const auto& target) { return target->object; });
-            removed = *found;
-            m_targets.erase(found);
-        }
-        while (removed->calls != 0) std::this_thread::yield();
-    }
-    // False when there is nobody to call.
-    bool Call(std::size_t number, const std::function<void(Object&)>& notification) {
-        std::shared_ptr<Target> target;
-        {
-            const std::lock_guard lock(m_mutex);
-            if (m_targets.empty()) return false;
-            target = m_targets[number % m_targets.size()];
-            ++target->calls;
-        }
-        notification(*target->object);
-        --target->calls;
-        return true;
-    }
-
-private:
-    struct Target {
-        explicit Target(Object* called) : object(called) {}
-        Object* const object;
-        std::atomic<int> calls = 0;
-    };
-
-    std::mutex m_mutex;
-    std::vector<std::shared_ptr<Target>> m_targets;
-};
-
-constexpr std::size_t kKinds = 17;
-constexpr std::size_t kProgrammeChange = 16;
-
-void Notify(Object& object, std::size_t kind) {
-    const auto id = static_cast<unsigned>(kind);
-    switch (kind % kKinds) {
-        case 0: return object.Suspend();
-        case 1: return object.Resume();
-        case 2: return object.ChannelChanged();
-        case 3: return object.TuneSuccess(id);
-        case 4: return object.TuneFail(id);
-        case 5: return object.ServiceNotAvailable(id);
-        case 6: return object.ParentalRatingChanged(static_cast<char>(id));
-        case 7: return object.ParentalRatingBlocked(id, true);
-        case 8: return object.ParentalRatingBlocked(id, false);
-        case 9: return object.ParentalRatingUnblocked(id);
-        case 10: return object.NoSignal();
-        case 11: return object.Scrambled(static_cast<unsigned short>(id));
-        case 12: return object.ScrambledTune(id);
-        case 13: return object.Unscrambled(static_cast<unsigned short>(id));
-        case 14: return object.UpdateLayout();
-        case 15: return object.OnSASMessageReceived(new SASMessage{4, 1, 0, {{7, {1}}}});
-        case kProgrammeChange: return object.ProgrammeChanged();
-    }
-}
 
 class Threads : public ObjectTest {
 protected:
@@ -176,65 +107,6 @@ TEST_F(Threads, ALivingObjectHandlesEveryNotificationOnce) {
     for (std::size_t thread = 0; thread < kThreads; ++thread) {
         ExpectLogged(0, "Recieved event " + std::to_string(2000 + thread) + " in m_OnEvent()", kEach);
     }
-}
-
-TEST_F(Threads, NoRecordIsLostOrHandledTwiceWhileObjectsComeAndGo) {
-    constexpr std::size_t kThreads = 4;
-    constexpr std::size_t kEach = 5000;
-    Targets targets;
-    std::vector<std::unique_ptr<Probed>> objects;
-    std::atomic<std::size_t> programmeChanges = 0;
-    std::size_t ended = 0;
-    browser.pendingCallsEndWithInstance = false;
-    const auto endOne = [&] {
-        Probed& oldest = *objects.front();
-        // Every second one is still called after its invalidation.
-        if (++ended % 2 == 0) oldest.Invalidate();
-        targets.Remove(oldest.Get());
-        objects.erase(objects.begin());
-    };
-    Run(kThreads, [&](std::size_t thread) {
-        for (std::size_t i = 0; i < kEach;) {
-            const bool called = targets.Call(thread + i, [i](Object& object) { Notify(object, i); });
-            if (called && i % kKinds == kProgrammeChange) ++programmeChanges;
-            if (called) ++i;
-        }
-    }, [&] {
-        objects.push_back(std::make_unique<Probed>(browser));
-        targets.Add(objects.back()->Get());
-        RunSome();
-        if (objects.size() == 3) endOne();
-    });
-    while (!objects.empty()) endOne();
-    Pump();
-
-    const Counts counts = Counts::OfLog();
-    EXPECT_EQ(counts.queued, counts.handled + counts.purged);
-    // Programme changes may have been one with another.
-    EXPECT_LE(counts.queued + counts.dropped, kThreads * kEach);
-    EXPECT_GE(counts.queued + counts.dropped, kThreads * kEach - programmeChanges);
-    EXPECT_EQ(platform.Registrations(), 0u);
-}
-
-TEST_F(Threads, StreamEventsReachEachLivingObjectWhileObjectsComeAndGo) {
-    constexpr std::size_t kThreads = 2;
-    constexpr std::size_t kEach = 2000;
-    std::vector<std::unique_ptr<Probed>> objects;
-    browser.pendingCallsEndWithInstance = false;
-    const Probed permanent(browser);  // keeps the registration
-    Run(kThreads, [&](std::size_t thread) {
-        for (std::size_t i = 0; i < kEach; ++i) platform.DeliverStreamEvent(thread, "name", "data");
-    }, [&] {
-        objects.push_back(std::make_unique<Probed>(browser));
-        RunSome();
-        if (objects.size() > 2) objects.erase(objects.begin());
-    });
-    objects.clear();
-    Pump();
-    const Counts counts = Counts::OfLog();
-    EXPECT_EQ(counts.queued, counts.handled + counts.purged);
-    EXPECT_EQ(counts.dropped, 0u);  // an object in the list has its instance
-    EXPECT_GE(counts.queued, kThreads * kEach);
 }
 
 TEST_F(Threads, ThePlatformNotifiesWhileThePageTakesAndReleasesThePlayer) {

@@ -47,6 +47,11 @@ bool IsEventMissing(const Difference& difference) {
     return IsOneCall(gone) && difference.come == logged;
 }
 
+bool IsMissingCall(const Difference& difference) {
+    const auto& gone = difference.gone;
+    return gone.size() == 1 && gone[0].starts_with("script.Array().push(") && difference.come.empty();
+}
+
 bool IsOneOtherLine(const Difference& difference) { return difference.gone.size() == 1 && difference.come.size() == 1; }
 
 // Where no row says otherwise.
@@ -54,8 +59,9 @@ bool IsUsual(const std::string& function, const Difference& difference, const St
     const auto& [gone, come] = difference;
     if (function == "createobject") return IsEventMissing(difference);
     if (function == "invokeDefault") return IsOneCall(gone) && come.empty();
-    if (function == "invoke") return gone.size() == 1 && gone[0].starts_with("script.Array().push(") && come.empty();
-    // A text without memory is undefined; a name without an identifier is not there.
+    if (function == "invoke") return IsMissingCall(difference);
+    // A text without memory is undefined; a name without an identifier is not there, nor is what it would call.
+    if (function == "getstringidentifier" && IsMissingCall(difference)) return true;
     if (function == "memalloc" || function == "getstringidentifier") return IsOneOtherLine(difference);
     // What was asked for asynchronously does not happen: of a notification nothing is told.
     if (function == "pluginthreadasynccall")
@@ -80,8 +86,10 @@ FaultRow RowFor(const Fault& fault, const std::string& step, bool& found) {
     if (row == nullptr && fault.function == "getvalue") row = RowOf("evaluate", fault.use, step);
     found = row != nullptr;
     FaultRow result = found ? *row : FaultRow{};
-    if (fault.function == "getvalue")
-        result.come = Without(result.come, {"log Failed to get object.", "log failed to get document location."});
+    if (fault.function != "getvalue") return result;
+    for (std::string& line : result.come)
+        if (line == "log Failed to get object." || line == "log failed to get document location.")
+            line = "log failed to get the window object";
     return result;
 }
 

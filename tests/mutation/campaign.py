@@ -154,6 +154,11 @@ def is_equivalent(mutant, known):
     return any(pattern.fullmatch(f"{mutant.path}: {mutant.what}") for pattern in known)
 
 
+def judged(results, verdicts=frozenset({"invalid", "killed", "equivalent", "survived"})):
+    with open(results) as lines:
+        return {(entry["path"], entry["what"]) for entry in map(json.loads, lines) if entry["verdict"] in verdicts}
+
+
 def chosen(options):
     every = []
     for folder in FOLDERS:
@@ -163,9 +168,11 @@ def chosen(options):
                 source = path.read_text()
                 every += [(mutant, source) for mutant in mutants(name, source)]
     if options.again:
-        survivors = {(entry["path"], entry["what"]) for entry in map(json.loads, open(options.again))
-                     if entry["verdict"] == "survived"}
+        survivors = judged(options.again, {"survived"})
         every = [(mutant, source) for mutant, source in every if (mutant.path, mutant.what) in survivors]
+    if options.results and os.path.exists(options.results):
+        done = judged(options.results)
+        every = [(mutant, source) for mutant, source in every if (mutant.path, mutant.what) not in done]
     if options.sample:
         code = "".join(sorted({source for _, source in every}))
         random.Random(code).shuffle(every)
@@ -181,7 +188,8 @@ def arguments():
     parser.add_argument("--sample", type=int, metavar="N", help="only N mutants, chosen by what the code is")
     parser.add_argument("--files", nargs="*", metavar="PART", help="only files with this in their name")
     parser.add_argument("--again", metavar="RESULTS", help="only those that survived in an earlier run")
-    parser.add_argument("--results", metavar="FILE", help="write one line of JSON for each mutant")
+    parser.add_argument("--results", metavar="FILE",
+                        help="write a line of JSON for each mutant, and go on where that file ends")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N")
     return parser.parse_args()
 

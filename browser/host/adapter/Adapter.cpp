@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <optional>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "browser/host/adapter/ElementPlace.h"
@@ -18,13 +21,19 @@ namespace {
 
 struct Instance {
     RootObject root;
+    NPWindow window{};  // as Qt WebKit gave it; what it points to lives as long as the instance
     Place place;
-    unsigned int windowCalls = 0;
 };
 
 std::map<NPP, Instance>& Instances() {
     static auto* s_instances = new std::map<NPP, Instance>;  // hosts end without unloading: never destroyed
     return *s_instances;
+}
+
+// Whose place is to be asked for.
+std::set<NPP>& Unplaced() {
+    static auto* s_unplaced = new std::set<NPP>;
+    return *s_unplaced;
 }
 
 NPError New(NPMIMEType type, NPP npp, std::uint16_t mode, std::int16_t count, char* names[], char* values[],
@@ -43,29 +52,43 @@ NPError Destroy(NPP npp, NPSavedData** saved) {
     if (auto instance = Instances().extract(npp)) {
         instance.mapped().root.Invalidate();
     }
+    Unplaced().erase(npp);
     const NPError error = PluginFunctions().destroy(npp, saved);
     DropLetGo();
     return error;
 }
 
-// Asking the document lays it out, which may bring a newer NPP_SetWindow for the same instance, or its end: then this
-// one is out of date.
+NPError GiveWindow(NPP npp, const Instance& instance) {
+    NPWindow placed = instance.window;
+    placed.x = instance.place.x;
+    placed.y = instance.place.y;
+    return PluginFunctions().setwindow(npp, &placed);
+}
+
+// Asking may bring a newer NPP_SetWindow for the same instance, or its end.
+void PlaceAll(void*) {
+    for (NPP npp : std::exchange(Unplaced(), {})) {
+        const std::optional<Place> place = Instances().contains(npp) ? PlaceOnPage(npp) : std::nullopt;
+        const auto instance = Instances().find(npp);
+        if (place && instance != Instances().end() && *place != instance->second.place) {
+            instance->second.place = *place;
+            GiveWindow(npp, instance->second);
+        }
+    }
+}
+
+// Asking the document for the place lays it out, and Qt WebKit comes here in the midst of laying it out, where that
+// ends in a crash. So the window is passed on with the last known place, and the place is asked for a turn later.
 NPError SetWindow(NPP npp, NPWindow* window) {
-    const auto found = Instances().find(npp);
-    if (window == nullptr || found == Instances().end()) {
+    const auto instance = Instances().find(npp);
+    if (window == nullptr || instance == Instances().end()) {
         return PluginFunctions().setwindow(npp, window);
     }
-    const unsigned int call = ++found->second.windowCalls;
-    const std::optional<Place> place = PlaceOnPage(npp);
-    const auto instance = Instances().find(npp);
-    if (instance == Instances().end() || instance->second.windowCalls != call) {
-        return NPERR_NO_ERROR;
+    instance->second.window = *window;
+    if (Unplaced().insert(npp).second) {
+        Browser().pluginthreadasynccall(npp, PlaceAll, nullptr);
     }
-    instance->second.place = place.value_or(instance->second.place);
-    NPWindow placed = *window;
-    placed.x = instance->second.place.x;
-    placed.y = instance->second.place.y;
-    return PluginFunctions().setwindow(npp, &placed);
+    return GiveWindow(npp, instance->second);
 }
 
 // In NPAPI 1 says that the event was handled. Qt WebKit reads it the other way round (and then swallows the keys that

@@ -77,9 +77,9 @@ void COipfVideoBroadcast::t_PushComponents(NPObject* array, const std::vector<st
     }
     NPVariant pushed = VoidVariant();
     const NPIdentifier push = m_pNPNFuncs->getstringidentifier("push");
-    if (m_npp && push && m_pNPNFuncs->invoke(m_npp, array, push, components.data(),
-                                             static_cast<std::uint32_t>(components.size()), &pushed)) {
-        LOG_TRACE("%d AVComponents added to the array", static_cast<int>(components.size()));
+    const auto count = static_cast<std::uint32_t>(components.size());
+    if (m_npp && push && m_pNPNFuncs->invoke(m_npp, array, push, components.data(), count, &pushed)) {
+        LOG_TRACE("%d AVComponents added to the array", static_cast<int>(count));
         ReleaseVariant(*m_pNPNFuncs, pushed);
     }
     for (NPVariant& component : components) {

@@ -110,6 +110,7 @@ int RecordingPlatform::Holds(unsigned channelId) {
 }
 
 bool RecordingPlatform::LookUp(const std::optional<unsigned>& answer, unsigned& channelId) {
+    EXPECT_EQ(channelId, 0u) << "An id that the platform is asked for did not start at 0.";
     if (answer) {
         channelId = *answer;
         TakeHold(*answer);

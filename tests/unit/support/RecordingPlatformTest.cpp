@@ -97,7 +97,7 @@ TEST_F(RecordingPlatformTest, LookUpsTakeHoldsThatTheCacheDrops) {
     EXPECT_EQ(platform.Holds(2), 0);
     platform.answers.channel.reset();
     channelId = 9;
-    EXPECT_FALSE(player->GetChannel(channelId));
+    EXPECT_NONFATAL_FAILURE(EXPECT_FALSE(player->GetChannel(channelId)), "did not start at 0");
     EXPECT_EQ(channelId, 9u);
     api.ReleaseBroadcastPlayer(player);
 }

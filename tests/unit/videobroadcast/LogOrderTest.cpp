@@ -42,7 +42,7 @@ protected:
     }
     std::string Pointer() const {
         char text[32];
-        std::snprintf(text, sizeof text, "%p", reinterpret_cast<void*>(std::stoull(Id())));
+        std::snprintf(text, sizeof text, "%p", reinterpret_cast<void*>(static_cast<std::uintptr_t>(std::stoull(Id()))));
         return text;
     }
 
@@ -63,10 +63,10 @@ TEST_F(LogOrder, AChannelIsSaidToBeFoundBeforeItIsTuned) {
     ExpectStepsOf("setChannel", {MakeChannel({{"mid", 7}})},
                   {"3: m_GetBroadcastPlayer request " + Pointer(), "browser.GetBroadcastPlayer()", "read mid",
                    "3: Got channel id 7", "player.SetChannel(7, false)"});
-    ExpectStepsOf("setChannel", {MakeChannel({{"dsd", "0A1b"}})},
-                  {"read mid", "3: Failed to get Channel ID!", "read dsd", "4: 0x0A, ", "4: 0x1B, ", "read idType",
-                   "player.GetChannelFromDSD(-1, 0a1b, 0)", "3: Got channel from DSD, id 3",
-                   "player.SetChannel(3, true)"});
+    ExpectStepsOf(
+        "setChannel", {MakeChannel({{"dsd", "0A1b"}})},
+        {"read mid", "3: Failed to get Channel ID!", "read dsd", "4: 0x0A, ", "4: 0x1B, ", "read idType",
+         "player.GetChannelFromDSD(-1, 0a1b, 0)", "3: Got channel from DSD, id 3", "player.SetChannel(3, true)"});
     ExpectStepsOf("setChannel", {MakeChannel({})},
                   {"player.GetChannelFromTriplet(-1, 0, 0, 0)", "3: Got channel from triplet, id 2",
                    "player.SetChannel(2, false)"});
@@ -78,9 +78,9 @@ TEST_F(LogOrder, AFailedChannelIsLoggedBeforeItIsReported) {
                   {"player.GetChannelFromTriplet(-1, 0, 0, 0)", "2: Failed to get channel from triplet!",
                    "2: setChannel() - channel not found.", "script.onChannelChangeError(channel, 12)"});
     platform.answers.dsdResult = 1;
-    ExpectStepsOf("setChannel", {MakeChannel({{"dsd", "0A"}})},
-                  {"2: DSD Parse error - failed to get channel from DSD!",
-                   "script.onChannelChangeError(channel#2, 100)"});
+    ExpectStepsOf(
+        "setChannel", {MakeChannel({{"dsd", "0A"}})},
+        {"2: DSD Parse error - failed to get channel from DSD!", "script.onChannelChangeError(channel#2, 100)"});
     platform.answers.dsdResult = 2;
     ExpectStepsOf("setChannel", {MakeChannel({{"dsd", "0A"}})},
                   {"2: Channel not supported from DSD", "script.onChannelChangeError(channel#3, 0)"});
@@ -103,19 +103,19 @@ TEST_F(LogOrder, AnOperatingRecorderIsLoggedBeforeThePageIsTold) {
 
 TEST_F(LogOrder, TheNullChannelAsksForThePlayerAgainBeforeItIsBound) {
     const std::string request = "3: m_GetBroadcastPlayer request " + Pointer();
-    ExpectStepsOf("setChannel", {nullptr},
-                  {request, "browser.GetBroadcastPlayer()", request, "3: CVBOEmbeddedObject::SetNullChannel bc = true",
-                   "browser.SetChannel(0, true)", "player.StopChannel()",
-                   "3: CVBOEmbeddedObject::SetNullChannel complete", "script.onChannelChangeSucceeded(null)",
-                   "3: m_ReleaseBroadcastPlayer request " + Pointer(), "browser.ReleaseBroadcastPlayer(player)",
-                   "3: m_ReleaseBroadcastPlayer finished"});
+    ExpectStepsOf(
+        "setChannel", {nullptr},
+        {request, "browser.GetBroadcastPlayer()", request, "3: CVBOEmbeddedObject::SetNullChannel bc = true",
+         "browser.SetChannel(0, true)", "player.StopChannel()", "3: CVBOEmbeddedObject::SetNullChannel complete",
+         "script.onChannelChangeSucceeded(null)", "3: m_ReleaseBroadcastPlayer request " + Pointer(),
+         "browser.ReleaseBroadcastPlayer(player)", "3: m_ReleaseBroadcastPlayer finished"});
 }
 
 TEST_F(LogOrder, BindingLogsItsStatesBeforeThePageHearsOfThem) {
-    ExpectStepsOf("bindToCurrentChannel", {},
-                  {"player.BindToCurrentChannel()", "script.onPlayStateChange(1, undefined)",
-                   "3: Set play state to presenting.", "script.onPlayStateChange(2, undefined)",
-                   "3: COipfVideoBroadcast::bindToCurrentChannel OK"});
+    ExpectStepsOf(
+        "bindToCurrentChannel", {},
+        {"player.BindToCurrentChannel()", "script.onPlayStateChange(1, undefined)", "3: Set play state to presenting.",
+         "script.onPlayStateChange(2, undefined)", "3: COipfVideoBroadcast::bindToCurrentChannel OK"});
     Call("release");
     platform.answers.players = 0;
     ExpectStepsOf("bindToCurrentChannel", {},
@@ -155,12 +155,18 @@ TEST_F(LogOrder, ARefusedArgumentIsLoggedBeforeTheException) {
         const char* exception;
     };
     const Refusal refusals[] = {
-        {"setFullScreen", {}, "setFullScreen(), wrong number of arguments",
+        {"setFullScreen",
+         {},
+         "setFullScreen(), wrong number of arguments",
          "setFullScreen() - wrong number of arguments"},
-        {"setFullScreen", {1}, "setFullScreen(), argument is not a boolean",
+        {"setFullScreen",
+         {1},
+         "setFullScreen(), argument is not a boolean",
          "setFullScreen() - argument is not a boolean"},
         {"setVolume", {}, "setVolume(), wrong number of arguments", "setVolume() - wrong number of arguments"},
-        {"setVolume", {"40"}, "setVolume(), argument is not an integer",
+        {"setVolume",
+         {"40"},
+         "setVolume(), argument is not an integer",
          "setFullScreen() - argument is not an integer"},
         {"createChannelObject", {"12"}, "Create Channel object failed - idType is invalid", "idType is invalid"}};
     for (const auto& [method, arguments, line, exception] : refusals) {
@@ -205,13 +211,12 @@ TEST_F(LogOrder, ThePropertiesOfTheChannelAreLoggedBeforeThePageIsAskedAbout) {
 TEST_F(LogOrder, EachComponentIsLoggedBeforeItIsMade) {
     platform.answers.audioComponents = {"1, 7", "1, 8"};
     Bring(kPresenting);
-    ExpectStepsOf("getComponents", {1},
-                  {"4: m_GetComponents() 1 args", "3: m_GetComponents() type 1, active_only 0",
-                   "evaluate new Array();", "player.GetAudioComponents(false)", "3: Params : 1, 7",
-                   "evaluate new AVComponent(\"key\", 1, 7);", "3: Params : 1, 8",
-                   "evaluate new AVComponent(\"key\", 1, 8);",
-                   "script.Array().push(AVComponent(1, 7), AVComponent(1, 8))",
-                   "3: 2 AVComponents added to the array"});
+    ExpectStepsOf(
+        "getComponents", {1},
+        {"4: m_GetComponents() 1 args", "3: m_GetComponents() type 1, active_only 0", "evaluate new Array();",
+         "player.GetAudioComponents(false)", "3: Params : 1, 7", "evaluate new AVComponent(\"key\", 1, 7);",
+         "3: Params : 1, 8", "evaluate new AVComponent(\"key\", 1, 8);",
+         "script.Array().push(AVComponent(1, 7), AVComponent(1, 8))", "3: 2 AVComponents added to the array"});
     ExpectStepsOf("getCurrentActiveComponents", {1},
                   {"4: m_GetCurrentActiveComponents() 1 args", "browser.IsBroadcastRelated()",
                    "3: m_GetComponents() type 1, active_only 1", "evaluate new Array();"});
@@ -237,8 +242,7 @@ TEST_F(LogOrder, TheStepsOfALayoutAreLoggedBetweenThoseOfThePlatform) {
     ExpectSteps({"3: COipfVideoBroadcast::OnEvent(1009)", "3: Force redraw...", "forceredraw",
                  "tasks.GetActiveApplication()",
                  "3: COipfVideoBroadcast::updateLayout called x: 100, y: 200, width: 640, height: 360",
-                 "browser.IsMediaPlaybackMode()",
-                 "browser.CorrectVideoAspectRatio(100, 200, 640, 360, [0, 0, 0, 0])",
+                 "browser.IsMediaPlaybackMode()", "browser.CorrectVideoAspectRatio(100, 200, 640, 360, [0, 0, 0, 0])",
                  "3: updateLayout corrected for aspect ratio x: 100, y: 200, width: 640, height: 360",
                  "browser.ConvertGraphicsToVideo([100, 200, 640, 360], [0, 0, 1280, 720], [0, 0, 0, 0])",
                  "3: ConvertGraphicsToVideo returns true", "player.SetVideoWindow(150, 300, 960, 540)",
@@ -282,9 +286,8 @@ TEST_F(LogOrder, TheStateOfRightsIsLoggedBeforeItIsTold) {
     Bring(kPresenting);
     Follow();
     Notify([](IBroadcastPlayerListener& listener) { listener.Scrambled(0x0B00); });
-    ExpectSteps({"3: E_CH_SCRAMBLED - send DrmRightsError message",
-                 "3: m_SendDrmRightsError for state = 0, sid = b00", "3: COipfVideoBroadcast::m_OnEvent(13)",
-                 "script.onPlayStateChange(1, 4)"});
+    ExpectSteps({"3: E_CH_SCRAMBLED - send DrmRightsError message", "3: m_SendDrmRightsError for state = 0, sid = b00",
+                 "3: COipfVideoBroadcast::m_OnEvent(13)", "script.onPlayStateChange(1, 4)"});
 }
 
 class LogOrderOfStreamEvents : public LogOrder {
@@ -296,22 +299,22 @@ TEST_F(LogOrderOfStreamEvents, ASubscriptionIsLoggedAroundTheServicesAnswer) {
     char pointer[32];
     std::snprintf(pointer, sizeof pointer, "0x%lx", reinterpret_cast<unsigned long>(listener.Pointer()));
     const std::string what = "targetURL=dvb:/x, eventName=name";
-    ExpectStepsOf("addStreamEventListener", {"dvb:/x", "name", listener},
-                  {"3: m_AddStreamEventListener()",
-                   "3: [CStreamEventHandler::AddEventListener] adding event listener, " + what + ", listener=" +
-                       pointer,
-                   "dsmcc.SubscribeStreamEvent(dvb:/x, name, 0)", "3: [CStreamEventHandler::AddEventListener] jobId=1",
-                   "3: [CStreamEventHandler::AddEventListener] EXIT"});
+    ExpectStepsOf(
+        "addStreamEventListener", {"dvb:/x", "name", listener},
+        {"3: m_AddStreamEventListener()",
+         "3: [CStreamEventHandler::AddEventListener] adding event listener, " + what + ", listener=" + pointer,
+         "dsmcc.SubscribeStreamEvent(dvb:/x, name, 0)", "3: [CStreamEventHandler::AddEventListener] jobId=1",
+         "3: [CStreamEventHandler::AddEventListener] EXIT"});
     platform.FailNth("dsmcc.UnsubscribeStreamEvent", 1);
-    ExpectStepsOf("removeStreamEventListener", {"dvb:/x", "name", listener},
-                  {"3: m_RemoveStreamEventListener()",
-                   "3: [CStreamEventHandler::RemoveEventListener] removing event listener, " + what + ", listener=" +
-                       pointer,
-                   "3: [CStreamEventHandler::t_UnsubscrieStreamEvent] unsubscribing listener URL=dvb:/x, "
-                   "eventName=name, dsmJobId=1",
-                   "dsmcc.UnsubscribeStreamEvent(1)",
-                   "2: [CStreamEventHandler::t_UnsubscrieStreamEvent] couldn't unsubscribe from stream event, "
-                   "targetURL=dvb:/x,  eventName=name, dsmJobId=1"});
+    ExpectStepsOf(
+        "removeStreamEventListener", {"dvb:/x", "name", listener},
+        {"3: m_RemoveStreamEventListener()",
+         "3: [CStreamEventHandler::RemoveEventListener] removing event listener, " + what + ", listener=" + pointer,
+         "3: [CStreamEventHandler::t_UnsubscrieStreamEvent] unsubscribing listener URL=dvb:/x, "
+         "eventName=name, dsmJobId=1",
+         "dsmcc.UnsubscribeStreamEvent(1)",
+         "2: [CStreamEventHandler::t_UnsubscrieStreamEvent] couldn't unsubscribe from stream event, "
+         "targetURL=dvb:/x,  eventName=name, dsmJobId=1"});
 }
 
 TEST_F(LogOrderOfStreamEvents, ADeliveryIsDescribedBeforeTheListenerIsCalled) {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <future>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 namespace videobroadcast {
@@ -77,6 +78,20 @@ TEST_F(PCMutexThreads, CreatingAgainChangesNothing) {
     EXPECT_TRUE(contender.EntersWithin(kInTheEnd));
 }
 
+TEST_F(PCMutexThreads, DestroyEndsTheSemaphoreAndTheNextOneStartsFree) {
+    mutex.Lock();
+    mutex.Destroy();
+    mutex.Create();
+    Contender contender(mutex);
+    EXPECT_TRUE(contender.EntersWithin(kInTheEnd));
+    mutex.Unlock();  // owns nothing any more
+    mutex.Lock();
+    Contender second(mutex);
+    EXPECT_FALSE(second.EntersWithin(kForAWhile));
+    mutex.Unlock();
+    EXPECT_TRUE(second.EntersWithin(kInTheEnd));
+}
+
 TEST_F(PCMutexThreads, OnlyOneThreadIsInsideAtATime) {
     constexpr int kThreads = 4;
     constexpr int kRounds = 5000;
@@ -101,6 +116,9 @@ TEST(PCMutex, NeitherItsBirthNorItsDeathNeedsASemaphore) {
     mutex.Unlock();
     mutex.Destroy();
 }
+
+// Threads may still be waiting when the library's statics go.
+static_assert(std::is_trivially_destructible_v<PCMutex>, "Only Destroy ends the semaphore.");
 
 TEST(PCMutex, AfterDestroyItCanBeCreatedAgain) {
     PCMutex mutex;

@@ -49,8 +49,12 @@ public:
     }
 
     bool CurrentChannel(unsigned int& channelId) override {
-        return !Platform().Enter("browser.CurrentChannel", "") &&
-               Platform().LookUp(Platform().answers.currentChannel, channelId);
+        const bool fails = Platform().Enter("browser.CurrentChannel", "");
+        if (!fails && Platform().LookUp(Platform().answers.currentChannel, channelId)) {
+            return true;
+        }
+        channelId = 4242;  // it should not, but only true promises an id
+        return false;
     }
 
     bool IsMediaPlaybackMode() override {

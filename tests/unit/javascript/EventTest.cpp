@@ -91,9 +91,9 @@ TEST_F(EventTest, ItsNamesAreRegisteredInOrder) {
         return identify(name);
     });
     MakeEvent();
-    EXPECT_EQ(names, (std::vector<std::string>{"addEventListener", "removeEventListener", "toString", "type", "target",
-                                               "currentTarget", "eventPhase", "bubbles", "cancelable",
-                                               "namespaceURI"}));
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"addEventListener", "removeEventListener", "toString", "type", "target",
+                                        "currentTarget", "eventPhase", "bubbles", "cancelable", "namespaceURI"}));
 }
 
 TEST_F(EventTest, AnInvalidatedEventStillReads) {

@@ -64,13 +64,12 @@ TEST_F(PageServicesTest, TheLocationKeepsItsBytes) {
 TEST_F(PageServicesTest, TheLookUpOfTheLocationIsLogged) {
     ClearLog();
     Location("http://tv.example/index.html");
-    EXPECT_EQ(
-        support::Log::Instance().Lines(),
-        (std::vector<support::LogLine>{
-            {1, 3, "t_GetDocumentLocation"},
-            {1, 3, "Evaluate succeeded"},
-            {1, 3, "String? YES"},
-            {1, 3, "success to get document url:http://tv.example/index.html (location:http://tv.example)"}}));
+    EXPECT_EQ(support::Log::Instance().Lines(),
+              (std::vector<support::LogLine>{
+                  {1, 3, "t_GetDocumentLocation"},
+                  {1, 3, "Evaluate succeeded"},
+                  {1, 3, "String? YES"},
+                  {1, 3, "success to get document url:http://tv.example/index.html (location:http://tv.example)"}}));
 }
 
 TEST_F(PageServicesTest, ALocationThatIsNoStringFails) {

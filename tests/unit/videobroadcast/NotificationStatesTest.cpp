@@ -11,8 +11,8 @@ constexpr int kRefused = -1;  // the state stays, and no change of it is told
 struct Row {
     const char* name;
     std::function<void(Object&)> notify;
-    int to[4];          // from UNREALIZED, CONNECTING, PRESENTING, STOPPED
-    const char* error;  // of the play state's change
+    int to[4];                     // from UNREALIZED, CONNECTING, PRESENTING, STOPPED
+    const char* error;             // of the play state's change
     const char* before = nullptr;  // told before the play state's change, whether or not there is one
     const char* after = nullptr;   // and after it
     friend void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
@@ -32,8 +32,7 @@ const std::vector<Row>& Rows() {
         {"ServiceNotAvailable", [](Object& o) { o.ServiceNotAvailable(7); }, {x, 0, 0, 0}, "undefined", nullptr,
          "script.onChannelChangeError(Channel(7), 12)"},
         {"Blocked", [](Object& o) { o.ParentalRatingBlocked(7, true); }, {1, 1, 1, 1}, "3"},
-        {"BlockedByTune", [](Object& o) { o.ParentalRatingBlocked(7, false); }, {1, 1, 1, 1}, "3", nullptr,
-         kSucceeded},
+        {"BlockedByTune", [](Object& o) { o.ParentalRatingBlocked(7, false); }, {1, 1, 1, 1}, "3", nullptr, kSucceeded},
         {"Unblocked", [](Object& o) { o.ParentalRatingUnblocked(7); }, {x, 2, x, x}, "undefined"},
         {"Scrambled", [](Object& o) { o.Scrambled(1); }, {1, 1, 1, 1}, "4",
          "script.onDRMRightsError(0, undefined, \"urn:dvb:casystemid:1\", undefined)"},
@@ -43,8 +42,7 @@ const std::vector<Row>& Rows() {
         {"Suspend", [](Object& o) { o.Suspend(); }, {x, 1, 1, 1}, "11"},  // UNREALIZED: there is no player
         {"Resume", [](Object& o) { o.Resume(); }, {x, 2, x, x}, "undefined"},
         {"UpdateLayout", [](Object& o) { o.UpdateLayout(); }, {x, x, x, x}, ""},
-        {"ProgrammeChanged", [](Object& o) { o.ProgrammeChanged(); }, {x, x, x, x}, "",
-         "script.onProgrammesChanged()"},
+        {"ProgrammeChanged", [](Object& o) { o.ProgrammeChanged(); }, {x, x, x, x}, "", "script.onProgrammesChanged()"},
         {"ParentalRatingChanged", [](Object& o) { o.ParentalRatingChanged(9); }, {x, x, x, x}, "",
          "script.onParentalRatingChange(undefined, ParentalRatingCollection('dvb-si', '12', 12), undefined)"},
         {"RightsMessage", [](Object& o) { o.OnSASMessageReceived(new SASMessage{4, 1, 0, {{7, {1}}}}); },

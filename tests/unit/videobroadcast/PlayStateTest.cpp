@@ -76,6 +76,7 @@ TEST_F(PlayStates, AStateOutsideTheTableIsRefused) {
         object->m_SetPlayState(State(state), Error(1000));
         ExpectLogged(2, "Invalid transition from 1 to " + Number(state) + " with (err 1000)");
     }
+    ExpectLogged(3, "COipfVideoBroadcast::m_SetPlayState (?) called (err 1000)", 3);
     EXPECT_EQ(object.PlayState(), kConnecting);
     EXPECT_TRUE(Told().empty());
     EXPECT_EQ(LayoutUpdates(), 0u);

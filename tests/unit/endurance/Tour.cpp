@@ -82,11 +82,14 @@ bool IsOperation(const std::string& call) {
 
 }  // namespace
 
-Tour::Tour(const Fault& fault) : m_fault(fault), m_platform(support::RecordingPlatform::Instance()) {
+Tour::Tour(const Fault& fault, const Prepare& prepare)
+    : m_fault(fault), m_platform(support::RecordingPlatform::Instance()) {
     m_platform.Reset();
     m_platform.answers.videoComponents = {"0, 100"};
     m_platform.answers.audioComponents = {"1, 101", "1, 102"};
     m_platform.answers.subtitleComponents = {"2, 103"};
+    if (prepare) prepare(m_browser, m_platform.answers);
+    m_platform.Apply();
     CallList::Instance().Reset();
     Log::Instance().SetLevel(2);
     if (m_fault.use != 0) Faults().FailNth(m_fault.function, m_fault.use);

@@ -28,8 +28,11 @@ struct Step {
 
 class Tour {
 public:
+    // What is different from a television that has everything.
+    using Prepare = std::function<void(support::FakeBrowser& browser, support::PlatformAnswers& answers)>;
+
     // Makes the whole tour; everything is given back at its end, or the test has failed.
-    explicit Tour(const Fault& fault = {});
+    explicit Tour(const Fault& fault = {}, const Prepare& prepare = {});
     Tour(const Tour&) = delete;
     Tour& operator=(const Tour&) = delete;
 

@@ -35,7 +35,7 @@ struct CountingBrowser::PageObject : NPObject {
     }
 };
 
-struct CountingBrowser::Functions_ {
+struct CountingBrowser::Calls {
     static CountingBrowser& Enter() {
         if (std::this_thread::get_id() != s_browser->m_mainThread) {
             ADD_FAILURE() << "The browser was called on a thread that is not the main thread.";
@@ -159,7 +159,7 @@ struct CountingBrowser::Functions_ {
 };
 
 NPNetscapeFuncs* CountingBrowser::Functions() {
-    static NPNetscapeFuncs table = Functions_::Table();
+    static NPNetscapeFuncs table = Calls::Table();
     return &table;
 }
 
@@ -189,13 +189,13 @@ Embedded::~Embedded() {
 NPObject* CountingBrowser::MakeObject(std::map<std::string, support::Value> properties) {
     auto* object = new PageObject;
     object->properties = std::move(properties);
-    return Functions_::Enter(object, PageObject::Class());
+    return Calls::Enter(object, PageObject::Class());
 }
 
 NPObject* CountingBrowser::MakeFunction(Function function) {
     auto* object = new PageObject;
     object->function = std::move(function);
-    return Functions_::Enter(object, PageObject::Class());
+    return Calls::Enter(object, PageObject::Class());
 }
 
 bool CountingBrowser::Set(NPObject* object, const std::string& name, NPObject* function) {
@@ -206,7 +206,7 @@ bool CountingBrowser::Set(NPObject* object, const std::string& name, NPObject* f
 bool CountingBrowser::Get(NPObject* object, const std::string& name) {
     NPVariant result = VoidVariant();
     const bool accepted = object->_class->getProperty(object, support::IdentifierOf(name), &result);
-    if (accepted) Functions_::ReleaseVariantValue(&result);
+    if (accepted) Calls::ReleaseVariantValue(&result);
     return accepted;
 }
 
@@ -218,14 +218,14 @@ bool CountingBrowser::Call(NPObject* object, const std::string& name, const supp
         const bool isBool = argument.Type() == NPVariantType_Bool;
         passed.push_back(isObject ? ObjectVariant(argument.Object())
                          : isBool ? BoolVariant(argument.Boolean())
-                                  : Functions_::HandOut(argument));
+                                  : Calls::HandOut(argument));
     }
     NPVariant result = VoidVariant();
     const bool accepted = object->_class->invoke(object, support::IdentifierOf(name), passed.data(),
                                                  static_cast<std::uint32_t>(passed.size()), &result);
-    if (accepted) Functions_::ReleaseVariantValue(&result);
+    if (accepted) Calls::ReleaseVariantValue(&result);
     for (NPVariant& variant : passed) {
-        if (variant.type == NPVariantType_String) Functions_::ReleaseVariantValue(&variant);
+        if (variant.type == NPVariantType_String) Calls::ReleaseVariantValue(&variant);
     }
     return accepted;
 }

@@ -58,7 +58,7 @@ public:
 private:
     friend class Embedded;
     struct PageObject;
-    struct Functions_;
+    struct Calls;
 
     Holdings m_held;
     std::list<_NPP> m_instances;

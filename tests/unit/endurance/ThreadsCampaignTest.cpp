@@ -309,6 +309,8 @@ protected:
         }
         while (running != 0) TurnThePage();
         for (std::thread& thread : threads) thread.join();
+        browser.Async().RunAll();
+        EXPECT_EQ(records.pending, 0) << "records that the browser was not asked to have handled";
         while (!objects.empty()) EndOne();
         browser.Async().RunAll();
         support::CallList::Instance().Clear();

@@ -219,7 +219,8 @@ private:
     std::optional<AsyncRequest> t_Queue(const event_t& event);
     static void t_Request(const AsyncRequest& request);
     static void t_FreePayload(const event_t& event);
-    static bool t_CarriesHold(const event_t& event);
+    void t_KeepHold(const event_t& event);
+    void t_GiveBackHolds();
     static std::pair<COipfVideoBroadcast*, event_t> t_Take(unsigned int key);
 
     void t_OnProgrammesChanged(std::uintptr_t data);
@@ -293,6 +294,7 @@ private:
     IBroadcastPlayer* m_bcPlayer = nullptr;
     unsigned int m_playerHold = 0;  // counts hand-outs of the player
     bool m_invalidated = false;
+    std::vector<unsigned int> m_droppedHolds;  // channels that dropped records named; guarded by s_mutex
     IDSMCCProtocol* m_dsmcc = nullptr;
     CHeldListeners m_heldListeners;  // outlives the registry, whose entries name what it holds
     CStreamEventHandler m_streamEventHandler;

@@ -1,4 +1,6 @@
 // The hold of the broadcast player, and the object's end.
+#include <algorithm>
+
 #include "debug/Log.h"
 #include "platform/CDAEBrowserAPI.h"
 #include "platform/IBroadcastPlayer.h"
@@ -44,14 +46,15 @@ void COipfVideoBroadcast::m_SetNullChannel(bool bc) {
 void COipfVideoBroadcast::Invalidate() {
     LOG_TRACE("COipfVideoBroadcast::Invalidate() %p %d", static_cast<void*>(this), static_cast<int>(referenceCount));
     t_Forget();
-    if (!m_bcPlayer) return;
-    LOG_TRACE("Release the broadcast player.");
-    m_invalidated = true;
-    m_ReleaseBroadcastPlayer();
+    if (m_bcPlayer) {
+        LOG_TRACE("Release the broadcast player.");
+        m_invalidated = true;
+        m_ReleaseBroadcastPlayer();
+    }
+    t_GiveBackHolds();
 }
 
-// From here on no notification reaches the object: none is queued, and those that were are dropped, with the holds of
-// the channels that they name.
+// From here on no notification reaches the object: none is queued, and those that were are dropped.
 void COipfVideoBroadcast::t_Forget() {
     std::vector<event_t> dropped;
     {
@@ -61,12 +64,29 @@ void COipfVideoBroadcast::t_Forget() {
             LOG_ERROR("m_ReleaseBroadcastPlayer - fail to restore channel");
         s_vboInstances.remove(this);
         dropped = t_TakePendingEvents();
+        for (const event_t& event : dropped) t_KeepHold(event);
         LOG_TRACE("%u events remaining in s_asyncEvent map", static_cast<unsigned int>(s_asyncEvent.size()));
     }
-    for (const event_t& event : dropped) {
-        t_FreePayload(event);
-        if (t_CarriesHold(event)) t_ReleaseChannel(static_cast<unsigned int>(event.data));
+    for (const event_t& event : dropped) t_FreePayload(event);
+}
+
+// Under s_mutex: remembers the channel that a dropped record names with a hold on its id (IBroadcastPlayerListener).
+// Only the main thread may give it back.
+void COipfVideoBroadcast::t_KeepHold(const event_t& event) {
+    constexpr ENotification kWithHold[] = {E_TUNE_SUCCESS, E_TUNE_FAIL, E_SERVICE_NOT_AVAILABLE, E_CH_TUNED_LOCKED,
+                                           E_CH_SCRAMBLED_TUNE};
+    if (event.data != 0 && std::ranges::find(kWithHold, event.id) != std::ranges::end(kWithHold))
+        m_droppedHolds.push_back(static_cast<unsigned int>(event.data));
+}
+
+// The player is given back by now: no more of them come.
+void COipfVideoBroadcast::t_GiveBackHolds() {
+    std::vector<unsigned int> channels;
+    {
+        CLock lock(s_mutex);
+        channels.swap(m_droppedHolds);
     }
+    for (const unsigned int channel : channels) t_ReleaseChannel(channel);
 }
 
 // Under s_mutex.

@@ -90,6 +90,7 @@ void COipfVideoBroadcast::OnSASMessageReceived(SASMessage* message) {
 std::optional<COipfVideoBroadcast::AsyncRequest> COipfVideoBroadcast::t_Queue(const event_t& event) {
     if (!m_npp) {
         LOG_WARNING("%s m_npp is NULL!", "OnEvent");
+        t_KeepHold(event);
         return std::nullopt;
     }
     const auto isProgrammesChange = [](const auto& entry) { return entry.second.second.id == E_ON_PROGRAMMES_CHANGED; };
@@ -131,13 +132,6 @@ void COipfVideoBroadcast::OnEvent(event_t event) {
 void COipfVideoBroadcast::t_FreePayload(const event_t& event) {
     if (event.id == E_ON_STREAM_EVENT) delete reinterpret_cast<CDSMCCStreamEventData*>(event.data);
     if (event.id == E_SAS_MSG) delete reinterpret_cast<SASMessage*>(event.data);
-}
-
-// Whether the record names a channel with a hold on its id (IBroadcastPlayerListener).
-bool COipfVideoBroadcast::t_CarriesHold(const event_t& event) {
-    constexpr ENotification kWithChannel[] = {E_TUNE_SUCCESS, E_TUNE_FAIL, E_SERVICE_NOT_AVAILABLE, E_CH_TUNED_LOCKED,
-                                              E_CH_SCRAMBLED_TUNE};
-    return event.data != 0 && std::ranges::find(kWithChannel, event.id) != std::ranges::end(kWithChannel);
 }
 
 void COipfVideoBroadcast::DsmEventCallback(CDSMCCStreamEventData* event) {

@@ -70,6 +70,17 @@ TEST_F(Lifecycle, PurgedNotificationsGiveBackTheHoldsOfTheirChannels) {
                      "cache.ReleaseChannel(6)", "cache.ReleaseChannel(7)"}));
 }
 
+TEST_F(Lifecycle, ANotificationThatComesWhileThePlayerIsGivenBackLosesNoHold) {
+    Present();
+    When("browser.ReleaseBroadcastPlayer", [this] {
+        platform.TakeHold(7);
+        platform.Notify([](IBroadcastPlayerListener& listener) { listener.TuneSuccess(7); });
+    });
+    Page().Invalidate();
+    EXPECT_EQ(platform.Holds(7), 0);
+    ExpectLogged(2, "OnEvent m_npp is NULL!");
+}
+
 TEST_F(Lifecycle, PayloadsThatComeAfterTheEndAreFreed) {
     Probed other(browser);
     other.Invalidate();

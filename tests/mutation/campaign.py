@@ -44,6 +44,7 @@ class Build:
             if source.suffix == ".cpp" and entry["output"].endswith(".o") and ROOT in source.parents:
                 self.compiles.setdefault(str(source.relative_to(ROOT)), []).append((entry["command"], entry["output"]))
         self.links = {program: self.link_command(program) for program in PROGRAMS}
+        self.sanitized = "-fsanitize=" in self.links[PROGRAMS[0]]
 
     def link_command(self, program):
         commands = subprocess.check_output(["ninja", "-C", str(self.folder), "-t", "commands", program], text=True)
@@ -100,10 +101,13 @@ def strip_outputs(arguments):
     return kept
 
 
-def limits():
-    resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
-    resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+def limit(sanitized):
+    """For a test program; a sanitizer makes it ten times as slow and needs all addresses for itself."""
+    seconds = CPU_SECONDS * 10 if sanitized else CPU_SECONDS
+    resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    if not sanitized:
+        resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
 
 
 def verdict(build, mutant, source):
@@ -135,7 +139,7 @@ def kills(build, program, replaced, work):
         return "the linker"
     try:
         tests = run([str(work / program), "--gtest_brief=1", "--gtest_fail_fast"], cwd=work, timeout=SECONDS,
-                    preexec_fn=limits)
+                    preexec_fn=lambda: limit(build.sanitized))
     except subprocess.TimeoutExpired:
         return "a test that never ends"
     if tests.returncode == 0:

@@ -19,19 +19,6 @@ public:
     void Hold(NPObject* listener);
     // Gives back every reference that was taken on the listener.
     void Release(NPObject* listener);
-    // Gives back those of every listener that is not in use any more.
-    template <class InUse>
-    void ReleaseUnless(InUse inUse) {
-        for (auto held = m_references.begin(); held != m_references.end();) {
-            NPObject* listener = held->first;
-            if (inUse(listener)) {
-                ++held;
-                continue;
-            }
-            Release(listener);  // may run anything
-            held = m_references.upper_bound(listener);
-        }
-    }
 
 private:
     NPNetscapeFuncs* m_funcs;

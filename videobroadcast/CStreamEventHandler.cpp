@@ -67,22 +67,24 @@ void CStreamEventHandler::t_Forget(NPObject* listener) {
     if (--entries->second == 0) m_entriesOf.erase(entries);
 }
 
-void CStreamEventHandler::GetStreamEventDataListeners(const CDSMCCStreamEventData& event,
-                                                      std::list<NPObject*>& listeners) {
+NPObject* CStreamEventHandler::GetStreamEventDataListeners(const CDSMCCStreamEventData& event,
+                                                           std::list<NPObject*>& listeners) {
     LOG_TRACE("GetStreamEventDataListeners");
     const auto entry = m_listeners.find(event.jobId);
     if (entry == m_listeners.end()) {
         LOG_WARNING("[CStreamEventHandler::GetStreamEventDataListeners] no listeners found for stream event id=%d, "
                     "name=%s, dsmJobId=%ld",
                     event.eventId, event.name.c_str(), static_cast<long>(event.jobId));
-        return;
+        return nullptr;
     }
+    NPObject* listener = entry->second.listener;
     if (!entry->second.removed) {
-        listeners.push_back(entry->second.listener);
-        return;
+        listeners.push_back(listener);
+        return nullptr;
     }
-    t_Forget(entry->second.listener);
+    t_Forget(listener);
     m_listeners.erase(entry);
+    return listener;
 }
 
 const char* CStreamEventHandler::FormatStatus(CDSMCCStreamEventData::EEventStatus status) {

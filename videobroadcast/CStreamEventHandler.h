@@ -30,8 +30,9 @@ public:
     void AddEventListener(const char* targetUrl, const char* eventName, NPObject* listener);
     // Unsubscribes every entry with these three and marks it removed.
     void RemoveEventListener(const char* targetUrl, const char* eventName, NPObject* listener);
-    // Appends the listener of the event's job. An entry marked removed is erased instead.
-    void GetStreamEventDataListeners(const CDSMCCStreamEventData& event, std::list<NPObject*>& listeners);
+    // Appends the listener of the event's job. An entry marked removed is erased instead; its listener is returned,
+    // null otherwise.
+    NPObject* GetStreamEventDataListeners(const CDSMCCStreamEventData& event, std::list<NPObject*>& listeners);
     // Whether any entry, removed or not, still names the listener.
     bool HoldsListener(NPObject* listener) const { return m_entriesOf.contains(listener); }
 

@@ -67,9 +67,8 @@ bool COipfVideoBroadcast::m_RemoveStreamEventListener(const NPVariant* args, std
 void COipfVideoBroadcast::m_OnDsmEvent(const CDSMCCStreamEventData& event) {
     LOG_TRACE("[COipfVideoBroadcast::m_OnDsmEvent] ");
     std::list<NPObject*> listeners;
-    m_streamEventHandler.GetStreamEventDataListeners(event, listeners);
-    if (listeners.empty())  // perhaps an entry was erased
-        m_heldListeners.ReleaseUnless([this](NPObject* held) { return m_streamEventHandler.HoldsListener(held); });
+    NPObject* erased = m_streamEventHandler.GetStreamEventDataListeners(event, listeners);
+    if (erased && !m_streamEventHandler.HoldsListener(erased)) m_heldListeners.Release(erased);
     for (NPObject* listener : listeners) m_HandleStreamEventCallback(listener, event);
     m_HandleStreamEventCallback(m_handlers[E_PROP_STREAM_EVENT], event);
 }

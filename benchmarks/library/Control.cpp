@@ -5,15 +5,13 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <functional>
 #include <map>
 #include <semaphore>
 #include <string>
 #include <thread>
 
-#include "benchmarks/library/Floor.h"
 #include "benchmarks/library/Instances.h"
-#include "videobroadcast/COipfVideoBroadcast.h"
+#include "benchmarks/library/Notify.h"
 
 namespace benchmarks {
 
@@ -24,30 +22,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using Microseconds = std::chrono::duration<double, std::micro>;
-// Called with 0, 1, 2, ... on a thread of its own.
-using Notify = std::function<void(int)>;
 
 double ThreadCpu() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
-}
-
-// Each notification raises one event; "playState" goes to and fro between unrealized and connecting.
-Notify NotifyObject(const std::string& kind) {
-    auto* object = static_cast<OipfVideoBroadcast::COipfVideoBroadcast*>(Control::s_object->pdata);
-    IBroadcastPlayerListener* listener = object;
-    if (kind == "programmes") return [listener](int) { listener->ProgrammeChanged(); };
-    if (kind == "channel") return [listener](int) { listener->TuneSuccess(1); };
-    return [listener](int i) { i % 2 == 0 ? listener->ChannelChanged() : listener->ServiceNotAvailable(0); };
-}
-
-Notify NotifyFloor(const std::string& kind) {
-    auto* floor = static_cast<Floor*>(Control::s_floor->pdata);
-    const auto act = kind == "channel" ? Floor::ReportChannel
-                     : floor->listeners.empty() ? Floor::CallHandler
-                                                : Floor::CallListeners;
-    return [floor, act](int) { Browser().pluginthreadasynccall(floor->npp, act, floor); };
 }
 
 std::string Text(const NPVariant& variant) {
@@ -56,7 +35,8 @@ std::string Text(const NPVariant& variant) {
 }
 
 Notify NotifyTarget(const NPVariant* args) {
-    return Text(args[0]) == "floor" ? NotifyFloor(Text(args[1])) : NotifyObject(Text(args[1]));
+    return Text(args[0]) == "floor" ? NotifyFloor(Control::s_floor->pdata, Text(args[1]))
+                                    : NotifyObject(Control::s_object->pdata, Text(args[1]));
 }
 
 int Number(const NPVariant& variant) {

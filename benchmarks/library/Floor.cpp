@@ -14,12 +14,14 @@ namespace {
 constexpr char kText[] = "[the floor's own text]";
 
 struct Names {
-    NPIdentifier value = Browser().getstringidentifier("value");
-    NPIdentifier handler = Browser().getstringidentifier("handler");
-    NPIdentifier text = Browser().getstringidentifier("text");
-    NPIdentifier take = Browser().getstringidentifier("take");
-    NPIdentifier add = Browser().getstringidentifier("addEventListener");
-    NPIdentifier remove = Browser().getstringidentifier("removeEventListener");
+    NPIdentifier playState = Browser().getstringidentifier("playState");
+    NPIdentifier width = Browser().getstringidentifier("width");
+    NPIdentifier onFocus = Browser().getstringidentifier("onFocus");
+    NPIdentifier toString = Browser().getstringidentifier("toString");
+    NPIdentifier setFullScreen = Browser().getstringidentifier("setFullScreen");
+    NPIdentifier getVolume = Browser().getstringidentifier("getVolume");
+    NPIdentifier addEventListener = Browser().getstringidentifier("addEventListener");
+    NPIdentifier removeEventListener = Browser().getstringidentifier("removeEventListener");
 };
 
 const Names& Name() {
@@ -29,7 +31,8 @@ const Names& Name() {
 
 // Makes a Channel object; the page's constructors want a key of the platform's.
 NPString ChannelScript() {
-    static const std::string s_script = "new Channel(\"" + IJSObjCreation::Instance()->GetKey("floor") + "\", 1);";
+    IJSObjCreation* keys = IJSObjCreation::Instance();
+    static const std::string s_script = "new Channel(\"" + (keys ? keys->GetKey("floor") : "") + "\", 1);";
     return {s_script.data(), static_cast<std::uint32_t>(s_script.size())};
 }
 
@@ -64,10 +67,13 @@ void Deallocate(NPObject* object) {
 }
 
 bool HasMethod(NPObject*, NPIdentifier name) {
-    return name == Name().text || name == Name().take || name == Name().add || name == Name().remove;
+    return name == Name().toString || name == Name().setFullScreen || name == Name().getVolume ||
+           name == Name().addEventListener || name == Name().removeEventListener;
 }
 
-bool HasProperty(NPObject*, NPIdentifier name) { return name == Name().value || name == Name().handler; }
+bool HasProperty(NPObject*, NPIdentifier name) {
+    return name == Name().playState || name == Name().width || name == Name().onFocus;
+}
 
 bool ReturnText(NPVariant* result) {
     auto* copy = static_cast<char*>(Browser().memalloc(sizeof kText));
@@ -83,11 +89,11 @@ void ForgetListeners(Floor& floor) {
 }
 
 bool Invoke(NPObject* object, NPIdentifier name, const NPVariant* args, std::uint32_t, NPVariant* result) {
-    if (name == Name().text) return ReturnText(result);
+    if (name == Name().toString) return ReturnText(result);
     *result = Variant(NPVariantType_Void);
-    if (name == Name().take) return true;
+    if (name == Name().setFullScreen || name == Name().getVolume) return true;
     Floor& floor = FloorOf(object);
-    if (name == Name().add)
+    if (name == Name().addEventListener)
         floor.listeners.push_back(Browser().retainobject(args[1].value.objectValue));
     else
         ForgetListeners(floor);
@@ -96,8 +102,8 @@ bool Invoke(NPObject* object, NPIdentifier name, const NPVariant* args, std::uin
 
 bool GetProperty(NPObject* object, NPIdentifier name, NPVariant* result) {
     Floor& floor = FloorOf(object);
-    if (name == Name().value) {
-        *result = Variant(floor.value);
+    if (name == Name().playState || name == Name().width) {
+        *result = Variant(name == Name().playState ? floor.playState : floor.width);
         return true;
     }
     if (!floor.handler) return false;
@@ -107,9 +113,9 @@ bool GetProperty(NPObject* object, NPIdentifier name, NPVariant* result) {
 
 bool SetProperty(NPObject* object, NPIdentifier name, const NPVariant* value) {
     Floor& floor = FloorOf(object);
-    if (name == Name().value) {
-        floor.value = value->type == NPVariantType_Double ? static_cast<int>(value->value.doubleValue)
-                                                          : value->value.intValue;
+    if (name != Name().onFocus) {
+        floor.width =
+            value->type == NPVariantType_Double ? static_cast<int>(value->value.doubleValue) : value->value.intValue;
         return true;
     }
     if (floor.handler) Browser().releaseobject(floor.handler);

@@ -9,9 +9,10 @@
 
 namespace benchmarks {
 
-// Script sees "value" (a number), "handler" (a function or null), text(), which returns a text, take(), which takes
-// anything, addEventListener(), which takes a type that it ignores and a function, and removeEventListener(), which
-// removes all.
+// Its members are called like those of the video/broadcast object that they are compared with, because browsers take
+// longer over longer names: the properties "playState" and "width" (numbers) and "onFocus" (a function or null), and
+// the methods toString(), setFullScreen() and getVolume(), which do nothing, addEventListener(), which ignores the
+// type, and removeEventListener(), which removes all.
 struct Floor : NPObject {
     explicit Floor(NPP instance) : NPObject{}, npp(instance) {}
 
@@ -23,7 +24,8 @@ struct Floor : NPObject {
     static void ReportChannel(void* data);  // the handler with an object that the page makes
 
     NPP npp;
-    int value = 0;
+    int playState = 0;
+    int width = 0;
     NPObject* handler = nullptr;
     std::vector<NPObject*> listeners;
 };

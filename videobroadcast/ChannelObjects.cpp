@@ -121,7 +121,7 @@ bool COipfVideoBroadcast::t_CheckSourceId(const NPVariant* args, std::uint32_t a
 bool COipfVideoBroadcast::t_CheckIpBroadcastId(const NPVariant* args, std::uint32_t argCount, int idType) {
     if (argCount == 6) {
         std::string ipBroadcastId;
-        if (t_NPVariantToString(args[5], ipBroadcastId, true)) return true;
+        if (t_NPVariantToString(args[5], ipBroadcastId, false)) return true;
         return t_Refuse("Create Channel object failed - invalid ipBroadcastID", "invalid arguments (ipBroadcastID)");
     }
     if (idType != kIdIptvUri) return true;

@@ -148,6 +148,7 @@ TEST_P(ChannelObjectsTriplet, ASixthArgumentMustBeAStringForEveryTypeAndTheClass
         }
     }
     ExpectScript({41, 1, 2, 3, 4, ""}, "new Channel(\"key\", 41, 1, 2, 3);");
+    ExpectScript({41, 1, 2, 3, 4, "dvb-ip://\xE2\x82\xAC"}, "new Channel(\"key\", 41, 1, 2, 3);");
 }
 
 TEST_P(ChannelObjectsTriplet, TheIptvUriTypeNeedsAnIpBroadcastId) {

@@ -288,6 +288,19 @@ TEST_F(LogOrder, TheStateOfRightsIsLoggedBeforeItIsTold) {
     Notify([](IBroadcastPlayerListener& listener) { listener.Scrambled(0x0B00); });
     ExpectSteps({"3: E_CH_SCRAMBLED - send DrmRightsError message", "3: m_SendDrmRightsError for state = 0, sid = b00",
                  "3: COipfVideoBroadcast::m_OnEvent(13)", "script.onPlayStateChange(1, 4)"});
+    Follow();
+    Notify([](IBroadcastPlayerListener& listener) { listener.Unscrambled(0x0B00); });
+    ExpectSteps({"3: E_CH_UNSCRAMBLED - send message", "3: m_SendDrmRightsError for state = 2, sid = b00",
+                 "3: COipfVideoBroadcast::m_OnEvent(13)", "script.onPlayStateChange(2, undefined)"});
+}
+
+TEST_F(LogOrder, ResumingIsLoggedBeforeTheStateIsTold) {
+    Bring(kPresenting);
+    Notify([](IBroadcastPlayerListener& listener) { listener.Suspend(); });
+    Follow();
+    Notify([](IBroadcastPlayerListener& listener) { listener.Resume(); });
+    ExpectSteps({"3: COipfVideoBroadcast::m_OnResume()", "3: Set play state to presenting.",
+                 "script.onPlayStateChange(2, undefined)"});
 }
 
 class LogOrderOfStreamEvents : public LogOrder {

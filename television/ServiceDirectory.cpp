@@ -102,6 +102,8 @@ Route ServiceDirectory::RouteTo(unsigned int id) const {
     route.state = Route::State::Ready;
     route.clockPid = map->second.clockPid;
     route.components = ListComponents(map->second, service->hd);
+    for (const ElementaryStream& stream : map->second.streams)
+        if (const auto tag = ComponentTag(stream)) route.taggedPids.try_emplace(*tag, stream.pid);
     return route;
 }
 

@@ -1,6 +1,7 @@
 // The services that are known now, for all threads.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -19,6 +20,7 @@ struct Route {
     State state = State::NotInStream;
     std::uint16_t sid = 0, mapPid = 0, clockPid = 0;
     std::vector<Component> components;
+    std::map<int, std::uint16_t> taggedPids;  // of all streams that have a component tag, by it
     // What decides how it is decoded: a new route that is like the old one need not interrupt the presentation.
     bool SameStreams(const Route& other) const;
 };

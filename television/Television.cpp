@@ -81,6 +81,7 @@ void Television::PageOpened(bool broadcastRelated, const std::vector<std::string
 }
 
 void Television::PageClosed() {
+    if (const auto set = Core::Instance().Set()) set->Events().EndAll();
     Core::Instance().GiveBackPlayer();
     Core::Instance().Page().Close();
     ChannelCache::TheCache().ReleaseAll();

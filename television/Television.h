@@ -112,7 +112,8 @@ public:
 
     // The page: whether its application is broadcast related, and the origins inside its boundary.
     void PageOpened(bool broadcastRelated, const std::vector<std::string>& origins);
-    // The page is gone: what its objects held (channel holds, keys) is given back; a player still held too.
+    // The page is gone: what its objects held (channel holds, keys, stream events) is given back; a player still
+    // held too.
     void PageClosed();
     // True for a key that the plug-in was given for an object of the current page.
     bool IsKey(const std::string& key);

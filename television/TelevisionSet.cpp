@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "television/Log.h"
+#include "television/interfaces/StreamEventCallback.h"
 
 namespace television {
 namespace {
@@ -29,8 +30,10 @@ TelevisionSet::TelevisionSet(ListenerGate& gate, const Observer& observer, Sound
                              const std::string& language)
     : m_gate(gate),
       m_observer(observer),
-      m_presentation({m_directory, m_buffer, m_screen, m_gate, m_queue, [this] { Call(m_observer.channelChanged); }},
-                     std::move(sound), language),
+      m_presentation({m_directory, m_buffer, m_screen, m_gate, m_queue, [this] { ChannelChanged(); }}, std::move(sound),
+                     language),
+      m_events({[this] { return m_directory.RouteTo(m_presentation.Selected()); },
+                [](const CDSMCCStreamEventData& event) { StreamEventCallback::TheCallback().Call(event); }}),
       m_tables([this](const Tables& tables) { TablesRead(tables); }) {
     ConnectScreen();
 }
@@ -50,6 +53,7 @@ void TelevisionSet::ConnectScreen() {
 void TelevisionSet::Shutdown() {
     if (!m_receiver) return;
     m_receiver.reset();
+    m_events.EndAll();
     m_queue.Post([this] { m_presentation.Close(); });
     m_queue.Drain();
     m_queue.Stop();
@@ -95,9 +99,15 @@ std::optional<std::string> TelevisionSet::ReadTables(const Progress& progress) {
 void TelevisionSet::PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) {
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize) m_tables.Push(packets.data() + at);
     m_buffer.Write(packets, now);
+    m_events.PacketsReceived(packets);
     std::lock_guard lock(m_mutex);
     m_reading.streamTime = now;
     m_readingChanged.notify_all();
+}
+
+void TelevisionSet::ChannelChanged() {
+    m_events.StreamChanged();
+    Call(m_observer.channelChanged);
 }
 
 void TelevisionSet::TablesRead(const Tables& tables) {
@@ -111,6 +121,7 @@ void TelevisionSet::TablesRead(const Tables& tables) {
         m_reading.network = tables.network.has_value();
     }
     m_readingChanged.notify_all();
+    m_events.StreamChanged();
     m_queue.Post([=, this] {
         m_presentation.TablesChanged();
         if (servicesChanged) Call(m_observer.servicesChanged);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "television/Presentation.h"
+#include "television/events/StreamEvents.h"
 #include "television/stream/Receiver.h"
 #include "television/tables/TableReader.h"
 
@@ -29,6 +30,7 @@ public:
     ServiceDirectory& Directory() { return m_directory; }
     Screen& TheScreen() { return m_screen; }
     Presentation& ThePresentation() { return m_presentation; }
+    StreamEvents& Events() { return m_events; }
 
 private:
     // How far the tables have come, as the receiving thread sees it.
@@ -44,6 +46,7 @@ private:
     void SignalLost() override;
     void SignalReturned() override;
 
+    void ChannelChanged();
     void TablesRead(const Tables& tables);
     void ConnectScreen();
     bool WaitForTables(SteadyClock::time_point started);
@@ -56,6 +59,7 @@ private:
     Screen m_screen;
     TaskQueue m_queue;
     Presentation m_presentation;
+    StreamEvents m_events;
 
     TableReader m_tables;  // the receiving thread's
     std::mutex m_mutex;

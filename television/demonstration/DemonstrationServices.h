@@ -11,6 +11,11 @@ namespace television::demonstration {
 inline constexpr std::uint16_t kOnid = 0xff01, kNid = 0xff01, kTsid = 0x0401;
 inline constexpr std::uint32_t kFrequency = 61'800'000;  // in 10 Hz
 
+// Atlas One's stream events, as examples/demo/events.xml declares them: "tick" comes each second, and its text is the
+// second of the minute.
+inline constexpr std::uint16_t kTickPid = 0x104, kTickId = 1;
+inline constexpr std::uint8_t kTickTag = 10;
+
 struct Stream {
     std::uint8_t type;
     std::uint16_t pid;
@@ -34,7 +39,7 @@ struct ServiceInfo {
     std::vector<Programme> programmes;  // they follow each other, a minute each, and begin again
 };
 
-// The PIDs are those that make-stream gives the elementary streams.
+// The PIDs of video and audio are those that make-stream gives them.
 const std::vector<ServiceInfo>& Services();
 
 }  // namespace television::demonstration

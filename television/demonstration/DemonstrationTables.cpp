@@ -1,7 +1,8 @@
-// The sections of each table (ISO/IEC 13818-1, clause 2.4.4; ETSI EN 300 468, clause 5.2).
+// The sections of each table (ISO/IEC 13818-1, clause 2.4.4; ISO/IEC 13818-6, clause 8; ETSI EN 300 468, clause 5.2).
 #include "television/demonstration/DemonstrationTables.h"
 
 #include "television/demonstration/DemonstrationServices.h"
+#include "television/events/StreamEventSection.h"
 #include "television/tables/DescriptorTags.h"
 #include "television/tables/DvbTime.h"
 
@@ -110,6 +111,14 @@ std::vector<Section> EventSections(std::int64_t now) {
 
 Section TimeSection(std::int64_t now) { return MakeShortSection(kTdt, Bytes().Put40(DvbTime(now))); }
 
+// A new version each second, to be done now: of the bits before the text, those of the time (NPT) are zero.
+std::vector<Section> TickSections(std::int64_t now) {
+    Bytes event, descriptors;
+    event.Put16(kTickId).Put32(0xfffffffe).Put32(0).Put(std::to_string(now % 60));
+    descriptors.PutDescriptor(kStreamEventTag, event);
+    return {MakeSection({kStreamDescriptorTable, kTickId, static_cast<unsigned>(now & 0x1f)}, descriptors)};
+}
+
 }  // namespace
 
 std::vector<RepeatedTable> Tables() {
@@ -122,6 +131,7 @@ std::vector<RepeatedTable> Tables() {
         {kSdtPid, 1000 * kMillisecond, fixed(DescriptionSection())},
         {kEitPid, 500 * kMillisecond, EventSections},
         {kTdtPid, 1000 * kMillisecond, [](std::int64_t now) { return std::vector<Section>{TimeSection(now)}; }},
+        {kTickPid, 200 * kMillisecond, TickSections},
     };
     for (const ServiceInfo& service : Services())
         tables.push_back({service.mapPid, 100 * kMillisecond, fixed(MapSection(service))});

@@ -17,7 +17,7 @@ struct RepeatedTable {
     std::function<std::vector<Section>(std::int64_t now)> make;
 };
 
-// PAT, PMTs, NIT, SDT, EIT present/following and TDT.
+// PAT, PMTs, NIT, SDT, EIT present/following, TDT and stream events.
 std::vector<RepeatedTable> Tables();
 
 }  // namespace television::demonstration

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "television/tables/SectionCollector.h"
+
 namespace television::demonstration {
 namespace {
 
@@ -47,16 +49,6 @@ Bytes& Bytes::PutDescriptor(unsigned tag, const Bytes& body) {
 
 Bytes& Bytes::PutLoop(const Bytes& loop) { return Put16(0xf000 | static_cast<unsigned>(loop.Size())).Put(loop); }
 
-std::uint32_t SectionCrc(const std::uint8_t* bytes, std::size_t count) {
-    constexpr std::uint32_t kPolynomial = 0x04c11db7;
-    std::uint32_t crc = 0xffffffff;
-    for (std::size_t i = 0; i < count; ++i) {
-        crc ^= static_cast<std::uint32_t>(bytes[i]) << 24;
-        for (int bit = 0; bit < 8; ++bit) crc = crc & 0x80000000 ? crc << 1 ^ kPolynomial : crc << 1;
-    }
-    return crc;
-}
-
 Section MakeSection(const SectionHeader& header, const Bytes& body) {
     constexpr std::size_t kBehindLength = 5;
     Bytes section;
@@ -67,7 +59,7 @@ Section MakeSection(const SectionHeader& header, const Bytes& body) {
         .Put8(header.number)
         .Put8(header.last)
         .Put(body);
-    section.Put32(SectionCrc(section.Data().data(), section.Size()));
+    section.Put32(SectionCrc(section.Data()));
     return section.Data();
 }
 

@@ -47,9 +47,6 @@ Section MakeSection(const SectionHeader& header, const Bytes& body);
 // A section in the short form, which has no version and no CRC.
 Section MakeShortSection(unsigned table, const Bytes& body);
 
-// ISO/IEC 13818-1, annex A. Zero over a section with its CRC.
-std::uint32_t SectionCrc(const std::uint8_t* bytes, std::size_t count);
-
 // Appends a section to `packets`, in packets of its own. `continuity` is the PID's counter.
 void Packetize(const Section& section, std::uint16_t pid, std::uint8_t& continuity, std::vector<std::uint8_t>& packets);
 

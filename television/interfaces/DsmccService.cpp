@@ -1,10 +1,8 @@
-// The DSM-CC protocol service. It keeps the callback's registrations; streams' events are not read yet, and every
-// subscription is refused.
-#include <mutex>
-#include <string>
-
+// The DSM-CC protocol service: subscriptions go to the television that is switched on.
 #include "platform/DSMCCProtocol.h"
+#include "television/Core.h"
 #include "television/Log.h"
+#include "television/interfaces/StreamEventCallback.h"
 
 namespace television {
 namespace {
@@ -12,28 +10,21 @@ namespace {
 class DsmccService : public IDSMCCProtocol {
 public:
     unsigned long SubscribeStreamEvent(const char* targetUrl, const char* eventName, int) override {
-        Log(std::string("The stream event \"") + (eventName ? eventName : "") + "\" of " +
-            (targetUrl ? targetUrl : "an empty address") + " was refused: this television reads no stream events.");
-        return 0;
+        const auto set = Core::Instance().Set();
+        if (!set || !targetUrl || !eventName) return 0;
+        return set->Events().Subscribe(targetUrl, eventName);
     }
 
-    bool UnsubscribeStreamEvent(unsigned long) override { return false; }
+    bool UnsubscribeStreamEvent(unsigned long jobId) override {
+        const auto set = Core::Instance().Set();
+        return set && set->Events().Unsubscribe(jobId);
+    }
 
     void RegisterStreamEventCallback(const char*, const DSMCCStreamEventCallback& callback) override {
-        std::lock_guard lock(m_mutex);
-        m_callback = callback;
-        ++m_registrations;
+        StreamEventCallback::TheCallback().Register(callback);
     }
 
-    void UnregisterStreamEventCallback() override {
-        std::lock_guard lock(m_mutex);
-        if (m_registrations > 0 && --m_registrations == 0) m_callback = nullptr;
-    }
-
-private:
-    std::mutex m_mutex;
-    DSMCCStreamEventCallback m_callback = nullptr;
-    unsigned long m_registrations = 0;
+    void UnregisterStreamEventCallback() override { StreamEventCallback::TheCallback().Unregister(); }
 };
 
 }  // namespace

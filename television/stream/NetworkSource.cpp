@@ -6,13 +6,14 @@
 
 #include <chrono>
 
+#include "television/stream/PipelineError.h"
+
 namespace television {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kPatience = std::chrono::seconds(5);
-constexpr const char* kVagueError = "Internal data stream error";  // an element's, when it knows no better
 constexpr GstClockTime kPullTime = 50 * GST_MSECOND;
 
 GstElement* MakeReceiver(const std::string& url, bool udp) {
@@ -26,29 +27,6 @@ GstElement* MakeReceiver(const std::string& url, bool udp) {
     g_object_set(source, "uri", url.c_str(), "caps", caps, "buffer-size", 2 << 20, nullptr);
     gst_caps_unref(caps);
     return source;
-}
-
-std::string TextOf(GstMessage* message) {
-    GError* error = nullptr;
-    gst_message_parse_error(message, &error, nullptr);
-    std::string text = error->message;
-    g_error_free(error);
-    while (!text.empty() && text.back() == '.') text.pop_back();
-    return text;
-}
-
-// Takes the errors that the pipeline posted and returns the one that tells most, without a full stop; empty when there
-// is none.
-std::string TakeError(GstElement* pipeline) {
-    GstBus* bus = gst_element_get_bus(pipeline);
-    std::string text;
-    while (GstMessage* message = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR)) {
-        const std::string found = TextOf(message);
-        if (text.empty() || text == kVagueError) text = found;
-        gst_message_unref(message);
-    }
-    gst_object_unref(bus);
-    return text == kVagueError ? "no connection" : text;
 }
 
 }  // namespace

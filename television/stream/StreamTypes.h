@@ -11,6 +11,7 @@ enum StreamType : std::uint8_t {
     kMpeg1Audio = 0x03,
     kMpeg2Audio = 0x04,
     kPrivateData = 0x06,  // told apart by its descriptors
+    kStreamDescriptors = 0x0c,  // stream events (ISO/IEC 13818-6)
     kAacAudio = 0x0f,
     kLatmAudio = 0x11,
     kH264Video = 0x1b,

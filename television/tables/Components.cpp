@@ -82,8 +82,7 @@ Component Common(const MapTable& map, const ElementaryStream& stream) {
     component.pid = stream.pid;
     component.streamType = stream.type;
     component.encrypted = Find(map.descriptors, kCaTag) || Find(stream.descriptors, kCaTag);
-    if (const Descriptor* identifier = Find(stream.descriptors, kStreamIdentifierTag))
-        if (!identifier->data.empty()) component.tag = identifier->data[0];
+    component.tag = ComponentTag(stream);
     return component;
 }
 
@@ -155,6 +154,11 @@ std::string Decimal(double ratio) {
 }
 
 }  // namespace
+
+std::optional<int> ComponentTag(const ElementaryStream& stream) {
+    const Descriptor* identifier = Find(stream.descriptors, kStreamIdentifierTag);
+    return identifier && !identifier->data.empty() ? std::optional<int>(identifier->data[0]) : std::nullopt;
+}
 
 std::vector<Component> ListComponents(const MapTable& map, bool hd) { return Lister(map, hd).List(); }
 

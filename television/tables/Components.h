@@ -26,6 +26,9 @@ struct Component {
     int audioChannels = 0;
 };
 
+// The tag that a service calls a stream by, if it gives it one.
+std::optional<int> ComponentTag(const ElementaryStream& stream);
+
 // In the PMT's order. `hd` names the encoding of video.
 std::vector<Component> ListComponents(const MapTable& map, bool hd = false);
 

@@ -5,7 +5,6 @@
 #include "platform/CAppScreen.h"
 #include "platform/CCDebug.h"
 #include "platform/CTaskManager.h"
-#include "platform/DSMCCProtocol.h"
 #include "platform/IJSObjCreation.h"
 #include "tests/television/TelevisionTest.h"
 
@@ -118,15 +117,6 @@ TEST_F(PlatformTest, HasARecorderThatDoesNotRun) {
     DTV_APPLICATION active = DTV_APPLICATION_PVR;
     g_pTaskManager->GetActiveApplication(&active);
     EXPECT_EQ(active, DTV_APPLICATION_NONE);
-}
-
-TEST_F(PlatformTest, RefusesStreamEventsAndCountsRegistrations) {
-    auto& service = *DSMCCProtocol_GetInstance();
-    service.RegisterStreamEventCallback("test", nullptr);
-    EXPECT_EQ(service.SubscribeStreamEvent("http://page.example/events.xml", "score", 0), 0u);
-    EXPECT_FALSE(service.UnsubscribeStreamEvent(1));
-    service.UnregisterStreamEventCallback();
-    service.UnregisterStreamEventCallback();
 }
 
 // The plug-in's way to its own module.

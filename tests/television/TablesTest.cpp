@@ -8,6 +8,7 @@
 #include "television/tables/Components.h"
 #include "television/tables/DescriptorTags.h"
 #include "television/tables/DvbTime.h"
+#include "television/tables/SectionCollector.h"
 #include "television/tables/ServiceList.h"
 #include "television/tables/TableReader.h"
 #include "tests/television/Packets.h"
@@ -47,7 +48,7 @@ private:
 
 TEST(Sections, EndInACrcThatMakesTheWholeZero) {
     const Section section = MakeSection({.table = 0x42, .extension = 7}, Bytes().Put("body"));
-    EXPECT_EQ(demonstration::SectionCrc(section.data(), section.size()), 0u);
+    EXPECT_EQ(SectionCrc(section), 0u);
 }
 
 TEST(Sections, AreCutIntoPacketsThatCount) {

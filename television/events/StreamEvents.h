@@ -1,0 +1,99 @@
+// The page's subscriptions to stream events: first the target is read, then the stream that it names is listened to.
+// What is found and heard is told on a thread of this class.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "platform/DSMCCProtocol.h"
+#include "television/ServiceDirectory.h"
+#include "television/TaskQueue.h"
+#include "television/events/EventDeclaration.h"
+#include "television/events/ObjectCarousel.h"
+#include "television/events/StreamEventSection.h"
+#include "television/stream/TransportPacket.h"
+
+namespace television {
+
+class StreamEvents {
+public:
+    struct Surroundings {
+        std::function<Route()> route;  // to the selected service
+        std::function<void(const CDSMCCStreamEventData&)> deliver;
+        // A target in a carousel is given up after this: large ones need so long for a turn or two.
+        std::chrono::milliseconds carouselPatience = std::chrono::seconds(30);
+    };
+    explicit StreamEvents(Surroundings surroundings) : m_around(std::move(surroundings)) {}
+    ~StreamEvents() { EndAll(); }
+
+    // The job id. A target that cannot be read, or has no such event, is told as an error, which ends the subscription;
+    // so is a stream that the selected service has not, or has no more, and a change of the service.
+    unsigned long Subscribe(const std::string& url, const std::string& name);
+    // When these return, nothing is being told of the subscription, or will be. False when there is none.
+    bool Unsubscribe(unsigned long job);
+    void EndAll();
+
+    // The tables or the selected service changed. Any thread.
+    void StreamChanged();
+    // On the receiving thread.
+    void PacketsReceived(std::span<const std::uint8_t> packets);
+
+private:
+    struct Subscription {
+        std::string url, name;
+        std::optional<CarouselTarget> carousel;  // that has the target, where it is no document
+        std::optional<DeclaredEvent> event;      // once the target was read
+        std::uint16_t sid = 0;                   // of the service whose events are meant; 0 while it is not known
+        std::uint16_t pid = kNullPid;            // that brings them
+    };
+    struct Listening {
+        SectionCollector collector;
+        EventVersions versions;
+    };
+
+    struct CarouselReading {
+        std::uint16_t pid;
+        SectionCollector collector;
+        ObjectCarousel carousel;
+        bool ended = false;
+    };
+
+    // On the thread that reads targets from the network.
+    void ReadTarget(const std::string& url);
+    bool IsWanted(const std::string& url);
+    // On the thread that tells.
+    void GiveUp(unsigned long job);
+    void TargetRead(const std::string& url, const EventDeclaration& declaration);
+    void FollowStream();
+    void Announce(std::uint16_t pid, const StreamEvent& event);
+
+    // Under m_mutex.
+    std::string Follow(Subscription& subscription, const Route& route);
+    std::string FindStream(Subscription& subscription, int componentTag, const Route& route);
+    void ReadCarousel(const Subscription& subscription, std::uint16_t pid);
+    void EndFaulty(const std::function<std::string(Subscription&)>& faultOf);
+    void Listen(Subscription& subscription, std::uint16_t pid);
+    void ListenNoLongerInVain();
+
+    // Under m_listeningMutex.
+    void HearEvents(const std::uint8_t* packet);
+    void HearCarousels(const std::uint8_t* packet);
+
+    Surroundings m_around;
+    std::mutex m_mutex;  // held while something is told
+    std::map<unsigned long, Subscription> m_subscriptions;
+
+    std::mutex m_listeningMutex;                         // taken after the other
+    std::map<std::uint16_t, Listening> m_listening;      // by PID
+    std::map<std::string, CarouselReading> m_carousels;  // by the target's address
+
+    TaskQueue m_telling;
+    TaskQueue m_reading;
+};
+
+}  // namespace television

@@ -1,0 +1,380 @@
+// Subscriptions to stream events: over streams made for a test, and over the demonstration as the plug-in does it.
+#include "television/events/StreamEvents.h"
+
+#include <gst/gst.h>
+
+#include <algorithm>
+#include <atomic>
+
+#include "television/Log.h"
+#include "television/demonstration/SectionWriter.h"
+#include "tests/television/CarouselWriter.h"
+#include "tests/television/Packets.h"
+#include "tests/television/TelevisionTest.h"
+#include "tests/television/WebServer.h"
+
+namespace television::test {
+namespace {
+
+using demonstration::Bytes;
+using demonstration::Packetize;
+using Told = std::vector<std::string>;
+
+constexpr std::uint16_t kPid = 0x104, kOtherPid = 0x105;
+constexpr int kTag = 10;
+
+std::string Declaration(int tag) {
+    return "<dsmcc xmlns=\"urn:dvb:dsmcc:2009\"><dsmcc_object component_tag=\"" + std::to_string(tag) +
+           "\"><stream_event stream_event_id=\"1\" stream_event_name=\"goal\"/>"
+           "<stream_event stream_event_id=\"2\" stream_event_name=\"end\"/></dsmcc_object></dsmcc>";
+}
+
+// What was delivered, as lines: "7 trigger 1 goal payload".
+class Deliveries {
+public:
+    explicit Deliveries(Watch& watch) : m_watch(watch) {}
+    void Add(const CDSMCCStreamEventData& event) {
+        const std::string status = event.status == CDSMCCStreamEventData::E_STATUS_TRIGGER ? " trigger " : " error ";
+        {
+            std::lock_guard lock(m_mutex);
+            m_told.push_back(std::to_string(event.jobId) + status + std::to_string(event.eventId) + " " + event.name +
+                             " " + std::string(event.data.begin(), event.data.end()));
+            m_thread = std::this_thread::get_id();
+        }
+        m_watch.Notify();
+    }
+    Told All() const {
+        std::lock_guard lock(m_mutex);
+        return m_told;
+    }
+    std::thread::id Thread() const {
+        std::lock_guard lock(m_mutex);
+        return m_thread;
+    }
+    // Waits for as many as are expected and compares them all.
+    void Expect(const Told& told) {
+        EXPECT_TRUE(m_watch.WaitFor([&] { return All().size() >= told.size(); })) << All().size();
+        EXPECT_EQ(All(), told);
+    }
+
+private:
+    Watch& m_watch;
+    mutable std::mutex m_mutex;
+    Told m_told;
+    std::thread::id m_thread;
+};
+
+std::string Trigger(unsigned long job, int id, const std::string& name, const std::string& data) {
+    return std::to_string(job) + " trigger " + std::to_string(id) + " " + name + " " + data;
+}
+std::string Error(unsigned long job, const std::string& name) { return std::to_string(job) + " error 0 " + name + " "; }
+
+class StreamEventsTest : public testing::Test {
+protected:
+    void SetUp() override {
+        gst_init(nullptr, nullptr);
+        SetLogSink([this](const std::string& line) {
+            {
+                std::lock_guard lock(m_mutex);
+                m_lines.push_back(line);
+            }
+            m_watch.Notify();
+        });
+    }
+    void TearDown() override {
+        m_events.EndAll();
+        SetLogSink({});
+    }
+
+    void Follow(const Route& route) {
+        {
+            std::lock_guard lock(m_mutex);
+            m_route = route;
+        }
+        m_events.StreamChanged();
+    }
+    static Route Ready(std::uint16_t sid, std::map<int, std::uint16_t> taggedPids) {
+        Route route;
+        route.state = Route::State::Ready;
+        route.sid = sid;
+        route.taggedPids = std::move(taggedPids);
+        return route;
+    }
+    bool WaitForLines(long count, const std::string& part) {
+        return m_watch.WaitFor([&] {
+            std::lock_guard lock(m_mutex);
+            return count <= std::count_if(m_lines.begin(), m_lines.end(),
+                                          [&](const std::string& line) { return line.find(part) != line.npos; });
+        });
+    }
+    // Waits until so many subscriptions have found their stream, one after the other or again.
+    bool WaitForListening(long count) { return WaitForLines(count, "is listened for on PID"); }
+    void SendCarousel() {
+        Packets packets;
+        for (const auto& section : CarouselSections()) Packetize(section, kOtherPid, m_continuity[kOtherPid], packets);
+        m_events.PacketsReceived(packets);
+    }
+    void Send(unsigned id, const std::string& data, unsigned version = 0, std::uint16_t pid = kPid) {
+        Bytes body;
+        body.PutDescriptor(kStreamEventTag, Bytes().Put16(id).Put32(0xfffffffe).Put32(0).Put(data));
+        Packets packets;
+        Packetize(demonstration::MakeSection({kStreamDescriptorTable, id, version}, body), pid, m_continuity[pid],
+                  packets);
+        m_events.PacketsReceived(packets);
+    }
+
+    Watch m_watch;
+    Deliveries m_deliveries{m_watch};
+    std::mutex m_mutex;
+    Told m_lines;
+    Route m_route = Ready(1, {{1, 0x101}, {kTag, kPid}});
+    std::map<std::uint16_t, std::uint8_t> m_continuity;
+    WebServer m_server{{{"/events.xml", Declaration(kTag)},
+                        {"/eleven.xml", Declaration(11)},
+                        {"/late.xml", ""},
+                        {"/large.xml", "<dsmcc>" + std::string(70'000, ' ') + "</dsmcc>"},
+                        {"/page.html", "<html/>"}}};
+    std::string m_url = m_server.Url("/events.xml");
+    StreamEvents m_events{{[this] {
+                               std::lock_guard lock(m_mutex);
+                               return m_route;
+                           },
+                           [this](const CDSMCCStreamEventData& event) { m_deliveries.Add(event); },
+                           std::chrono::seconds(30)}};
+};
+
+TEST_F(StreamEventsTest, AreHeardByEachSubscriptionToTheirName) {
+    const auto goal = m_events.Subscribe(m_url, "goal"), end = m_events.Subscribe(m_url, "end"),
+               again = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(3));
+    Send(1, "1:0");
+    Send(3, "of nobody");
+    Send(2, "");
+    m_deliveries.Expect(
+        {Trigger(goal, 1, "goal", "1:0"), Trigger(again, 1, "goal", "1:0"), Trigger(end, 2, "end", "")});
+    EXPECT_NE(m_deliveries.Thread(), std::this_thread::get_id());
+}
+
+TEST_F(StreamEventsTest, AreHeardOnceForEachVersion) {
+    const auto job = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(1));
+    for (const unsigned version : {31u, 31u, 0u, 0u, 0u, 1u}) Send(1, "v" + std::to_string(version), version);
+    m_deliveries.Expect({Trigger(job, 1, "goal", "v31"), Trigger(job, 1, "goal", "v0"), Trigger(job, 1, "goal", "v1")});
+}
+
+TEST_F(StreamEventsTest, OfATargetThatIsNotThereAreAnError) {
+    for (const std::string& url :
+         std::vector<std::string>{m_server.Url("/missing.xml"), m_server.Url("/page.html"), m_server.Url("/large.xml"),
+                                  std::string("http://127.0.0.1:1/"), std::string("file:///no/such/events.xml"),
+                                  std::string("nonsense"), std::string()}) {
+        const auto job = m_events.Subscribe(url, "goal");
+        EXPECT_TRUE(m_watch.WaitFor([&] {
+            const Told told = m_deliveries.All();
+            return !told.empty() && told.back() == Error(job, "goal");
+        })) << url;
+        EXPECT_FALSE(m_events.Unsubscribe(job)) << "it has ended";
+    }
+}
+
+TEST_F(StreamEventsTest, ThatTheTargetDoesNotDeclareAreAnError) {
+    const auto job = m_events.Subscribe(m_url, "Goal");
+    m_deliveries.Expect({Error(job, "Goal")});
+}
+
+TEST_F(StreamEventsTest, OfAStreamThatTheServiceHasNotAreAnError) {
+    const auto job = m_events.Subscribe(m_server.Url("/eleven.xml"), "goal");
+    m_deliveries.Expect({Error(job, "goal")});
+}
+
+TEST_F(StreamEventsTest, AreNotHeardAfterUnsubscription) {
+    const auto first = m_events.Subscribe(m_url, "goal"), second = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(2));
+    EXPECT_TRUE(m_events.Unsubscribe(first));
+    EXPECT_FALSE(m_events.Unsubscribe(first));
+    EXPECT_FALSE(m_events.Unsubscribe(0));
+    Send(1, "x");
+    m_deliveries.Expect({Trigger(second, 1, "goal", "x")});
+}
+
+TEST_F(StreamEventsTest, WhoseTargetIsSlowDelayNobodyAfterUnsubscription) {
+    const auto start = std::chrono::steady_clock::now();
+    const auto late = m_events.Subscribe(m_server.Url("/late.xml"), "goal");
+    EXPECT_TRUE(m_events.Unsubscribe(late));
+    const auto job = m_events.Subscribe(m_url, "Goal");
+    m_deliveries.Expect({Error(job, "Goal")});
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "the download was waited for";
+}
+
+TEST_F(StreamEventsTest, WaitForTheServicesMap) {
+    Route route;
+    route.state = Route::State::MapMissing;
+    route.sid = 1;
+    Follow(route);
+    const auto job = m_events.Subscribe(m_url, "goal"), wrong = m_events.Subscribe(m_url, "Goal");
+    m_deliveries.Expect({Error(wrong, "Goal")});
+    Follow(Ready(1, {{kTag, kOtherPid}}));
+    ASSERT_TRUE(WaitForListening(1));
+    Send(1, "x", 0, kOtherPid);
+    m_deliveries.Expect({Error(wrong, "Goal"), Trigger(job, 1, "goal", "x")});
+}
+
+TEST_F(StreamEventsTest, AreFollowedToAnotherPid) {
+    const auto job = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(1));
+    Follow(Ready(1, {{kTag, kOtherPid}}));
+    ASSERT_TRUE(WaitForListening(2));
+    Send(1, "on the old PID");
+    Send(1, "on the new one", 0, kOtherPid);
+    m_deliveries.Expect({Trigger(job, 1, "goal", "on the new one")});
+}
+
+TEST_F(StreamEventsTest, EndInAnErrorWithTheirStream) {
+    const auto job = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(1));
+    Follow(Ready(1, {{1, 0x101}}));
+    m_deliveries.Expect({Error(job, "goal")});
+    Follow(Ready(1, {{kTag, kPid}}));
+    const auto next = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(2));
+    Send(1, "x");
+    m_deliveries.Expect({Error(job, "goal"), Trigger(next, 1, "goal", "x")});
+}
+
+TEST_F(StreamEventsTest, EndInAnErrorWithTheirService) {
+    const auto job = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(1));
+    Follow(Ready(2, {{kTag, kPid}}));
+    m_deliveries.Expect({Error(job, "goal")});
+    const auto next = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(2));
+    Follow({});
+    m_deliveries.Expect({Error(job, "goal"), Error(next, "goal")});
+}
+
+TEST_F(StreamEventsTest, EndSilentlyWhenAllAreEnded) {
+    const auto job = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(1));
+    m_events.EndAll();
+    EXPECT_FALSE(m_events.Unsubscribe(job));
+    Send(1, "x");
+    const auto next = m_events.Subscribe(m_url, "Goal");
+    EXPECT_GT(next, job);
+    m_deliveries.Expect({Error(next, "Goal")});
+}
+
+TEST_F(StreamEventsTest, MayBeNamedByAnObjectInACarousel) {
+    Follow(Ready(1, {{kTag, kPid}, {11, kOtherPid}}));
+    const std::string url = "dvb://1.1.1.b/folder/scores";
+    const auto job = m_events.Subscribe(url, "goal"), wrong = m_events.Subscribe(url, "Goal");
+    ASSERT_TRUE(WaitForLines(1, "The carousel on PID 261 is searched for " + url));
+    SendCarousel();
+    ASSERT_TRUE(WaitForListening(1));
+    Send(1, "x");
+    m_deliveries.Expect({Error(wrong, "Goal"), Trigger(job, 1, "goal", "x")});
+    const auto later = m_events.Subscribe(url, "end");
+    ASSERT_TRUE(WaitForLines(2, "is searched for"));
+    SendCarousel();
+    ASSERT_TRUE(WaitForListening(2));
+    Send(2, "y");
+    m_deliveries.Expect({Error(wrong, "Goal"), Trigger(job, 1, "goal", "x"), Trigger(later, 2, "end", "y")});
+}
+
+TEST_F(StreamEventsTest, OfACarouselThatIsNotThereAreAnError) {
+    const auto service = m_events.Subscribe("dvb://1.1.2.a/folder/scores", "goal");
+    m_deliveries.Expect({Error(service, "goal")});
+    const auto stream = m_events.Subscribe("dvb://1.1.1.b/folder/scores", "goal");
+    m_deliveries.Expect({Error(service, "goal"), Error(stream, "goal")});
+}
+
+TEST_F(StreamEventsTest, OfACarouselThatIsSilentAreAnErrorInTheEnd) {
+    StreamEvents impatient{{[this] { return m_route; },
+                            [this](const CDSMCCStreamEventData& event) { m_deliveries.Add(event); },
+                            std::chrono::milliseconds(10)}};
+    const auto job = impatient.Subscribe("dvb://1.1.1.a/folder/scores", "goal");
+    m_deliveries.Expect({Error(job, "goal")});
+    EXPECT_FALSE(impatient.Unsubscribe(job));
+}
+
+// The service as the plug-in uses it, over the demonstration.
+class DsmccTest : public TelevisionTest {
+protected:
+    void SetUp() override {
+        TelevisionTest::SetUp();
+        s_deliveries = &m_deliveries;
+        m_service.RegisterStreamEventCallback("test", Take);
+    }
+    void TearDown() override {
+        m_service.UnregisterStreamEventCallback();
+        TelevisionTest::TearDown();
+    }
+    static void Take(CDSMCCStreamEventData* event) {
+        s_deliveries->Add(*event);
+        delete event;
+    }
+    unsigned long Subscribe(const std::string& name) {
+        return m_service.SubscribeStreamEvent("file://" DEMONSTRATION_PAGE "/events.xml", name.c_str(), 0);
+    }
+
+    static inline Deliveries* s_deliveries = nullptr;
+    Deliveries m_deliveries{m_watch};
+    IDSMCCProtocol& m_service = *DSMCCProtocol_GetInstance();
+};
+
+TEST_F(DsmccTest, HearsTheDemonstrationTickEachSecond) {
+    const auto job = Subscribe("tick");
+    ASSERT_NE(job, 0u);
+    ASSERT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().size() >= 3; }));
+    const Told told = m_deliveries.All();
+    const int first = std::stoi(told[0].substr(told[0].rfind(' ')));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(told[static_cast<std::size_t>(i)], Trigger(job, 1, "tick", std::to_string((first + i) % 60)));
+    EXPECT_TRUE(m_service.UnsubscribeStreamEvent(job));
+    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(job));
+}
+
+TEST_F(DsmccTest, EndsSubscriptionsInAnErrorWhenTheChannelChanges) {
+    const auto job = Subscribe("tick");
+    ASSERT_TRUE(m_watch.WaitFor([&] { return !m_deliveries.All().empty(); }));
+    ASSERT_TRUE(m_television.ViewerSelects(IdOf("Atlas Two")));
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().back() == Error(job, "tick"); }));
+    const auto there = Subscribe("tick");
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().back() == Error(there, "tick"); }));
+}
+
+TEST_F(DsmccTest, EndsSubscriptionsWithThePage) {
+    const auto job = Subscribe("tick");
+    m_television.PageClosed();
+    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(job));
+}
+
+TEST_F(DsmccTest, CallsTheCallbackUntilItsLastRegistrationIsGivenBack) {
+    m_service.RegisterStreamEventCallback("test", Take);
+    m_service.UnregisterStreamEventCallback();
+    const auto heard = Subscribe("nothing");
+    m_deliveries.Expect({Error(heard, "nothing")});
+    m_service.UnregisterStreamEventCallback();
+    m_service.UnregisterStreamEventCallback();
+    std::atomic<bool> failed = false;
+    SetLogSink([&](const std::string& line) {
+        failed = failed || line.find("cannot be had") != line.npos;
+        m_watch.Notify();
+    });
+    const auto unheard = Subscribe("nothing");
+    EXPECT_TRUE(m_watch.WaitFor([&] { return failed.load(); }));
+    SetLogSink({});
+    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(unheard));
+    m_service.RegisterStreamEventCallback("test", Take);
+    const auto next = Subscribe("nothing");
+    m_deliveries.Expect({Error(heard, "nothing"), Error(next, "nothing")});
+}
+
+TEST_F(DsmccTest, RefusesSubscriptionsWithoutATargetOrATelevision) {
+    EXPECT_EQ(m_service.SubscribeStreamEvent(nullptr, "tick", 0), 0u);
+    EXPECT_EQ(m_service.SubscribeStreamEvent("file:///x", nullptr, 0), 0u);
+    m_television.Stop();
+    EXPECT_EQ(Subscribe("tick"), 0u);
+    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(1));
+}
+
+}  // namespace
+}  // namespace television::test

@@ -24,6 +24,15 @@ bool IsLoadable(const std::string& url) {
     return false;
 }
 
+// Chosen by name: the browser in this process brings a source of its own for the network, which is of no use here.
+GstElement* MakeSource(const std::string& url) {
+    const bool file = url.starts_with("file:");
+    GstElement* source = gst_element_factory_make(file ? "filesrc" : "souphttpsrc", nullptr);
+    if (source && gst_uri_handler_set_uri(GST_URI_HANDLER(source), url.c_str(), nullptr)) return source;
+    if (source) gst_object_unref(gst_object_ref_sink(source));
+    return nullptr;
+}
+
 class Loading {
 public:
     ~Loading() {
@@ -33,7 +42,7 @@ public:
     }
 
     bool Begin(const std::string& url) {
-        GstElement* source = gst_element_make_from_uri(GST_URI_SRC, url.c_str(), nullptr, nullptr);
+        GstElement* source = MakeSource(url);
         m_sink = gst_element_factory_make("appsink", nullptr);
         m_pipeline = gst_pipeline_new(nullptr);
         for (GstElement* element : {source, m_sink})

@@ -152,6 +152,7 @@
         View.addEvent("ChannelChangeSucceeded", nameOf(channel));
         wanted = null;
         refresh();
+        listenForTicks();
     };
 
     video.addEventListener("ChannelChangeError", function (event) {
@@ -180,6 +181,17 @@
     video.addEventListener("DrmRightsError", function (event) {
         View.addEvent("DrmRightsError", event.errorState === 2 ? "rights are valid" : "no rights");
     });
+
+    // The broadcast announces a "tick" each second on one channel. Where it does not, or does not any more, the listener
+    // is told so and is not called again.
+    function reportTick(event) {
+        View.keepEvent("StreamEvent", event.status === "trigger" ? event.name + " " + event.text : "none here");
+    }
+
+    function listenForTicks() {
+        video.removeStreamEventListener("events.xml", "tick", reportTick);
+        video.addStreamEventListener("events.xml", "tick", reportTick);
+    }
 
     var KEYS = {};
     KEYS[VK_UP] = function () { step(-1); };
@@ -216,6 +228,7 @@
         video.bindToCurrentChannel();
         video.getChannelConfig().onChannelListUpdate = refreshChannels;
         refresh();
+        listenForTicks();
         View.showClock();
         setInterval(function () {
             View.showClock();

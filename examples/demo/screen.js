@@ -120,6 +120,15 @@ var View = (function () {
         }
     }
 
+    // For an event that comes all the time: the newest of its type takes the place of the one before.
+    function keepEvent(type, detail) {
+        var before = element("event-list").getElementsByClassName(type);
+        if (before.length > 0) {
+            before[0].parentNode.removeChild(before[0]);
+        }
+        addEvent(type, detail);
+    }
+
     function showFull(full) {
         document.body.className = full ? "full" : "";
     }
@@ -147,6 +156,7 @@ var View = (function () {
         showTypedNumber: function (text) { show("typed-number", text); },
         showFull: showFull,
         placeStage: placeStage,
-        addEvent: addEvent
+        addEvent: addEvent,
+        keepEvent: keepEvent
     };
 }());

@@ -50,18 +50,20 @@ void Tour::step(const QString& text) {
     Q_EMIT line(QStringLiteral("  ") + text);
 }
 
-// The television's next picture may come between: then what the window showed cannot be compared, and the script asks
-// again.
+// The television's next picture may come while the window is painted: then the window shows one or the other.
 QString Tour::picture(double left, double top, double width, double height) {
     const auto before = Television::Instance().CurrentPicture();
     const QImage screen = Screen(m_window);
     const auto after = Television::Instance().CurrentPicture();
-    if (!before || before != after) {
-        return before ? QStringLiteral("the picture changed meanwhile") : QStringLiteral("the television shows none");
+    QString reason = QStringLiteral("the television shows none");
+    for (const auto& shown : {before, after}) {
+        if (shown == nullptr || reason.isEmpty()) {
+            continue;
+        }
+        const QImage image(shown->pixels, shown->width, shown->height, shown->stride, QImage::Format_RGB32);
+        reason = WhyNoPicture({screen, m_window.Graphics(), image, shown->aspectRatio,
+                               QRectF(left, top, width, height)});
     }
-    const QImage image(before->pixels, before->width, before->height, before->stride, QImage::Format_RGB32);
-    const QString reason = WhyNoPicture({screen, m_window.Graphics(), image, before->aspectRatio,
-                                         QRectF(left, top, width, height)});
     if (reason.isEmpty() && !TakeScreenshot()) {
         return QStringLiteral("the screenshot cannot be written to ") + m_screenshot;
     }

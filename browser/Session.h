@@ -42,6 +42,8 @@ public:
     Failure SelectChannel(const QString& channel) override;
     Failure WriteScreenshot(const QString& file) override;
     QString EvaluateScript(const QString& script) override;
+    std::vector<television::StimulusUse> Stimuli() override;
+    Failure Stimulate(const QString& line) override;
 
 private:
     Failure Prepare();

@@ -93,6 +93,15 @@ QString Session::EvaluateScript(const QString& script) {
     return JsonText(m_page->Evaluate(script));
 }
 
+std::vector<television::StimulusUse> Session::Stimuli() {
+    return Television::Stimuli();
+}
+
+Session::Failure Session::Stimulate(const QString& line) {
+    const auto failure = Television::Instance().Stimulate(line.toStdString());
+    return failure ? Failure(QString::fromStdString(*failure)) : std::nullopt;
+}
+
 void Session::ShowChannel() {
     const auto service = Television::Instance().CurrentService();
     if (!service) {

@@ -5,6 +5,7 @@
 #include "television/interfaces/ChannelCache.h"
 #include "television/interfaces/DebugFramework.h"
 #include "television/interfaces/ObjectKeys.h"
+#include "television/stimuli/Stimuli.h"
 
 namespace television {
 
@@ -74,6 +75,18 @@ bool Television::ViewerSelectsNext() {
 bool Television::ViewerSelectsPrevious() {
     const auto set = Core::Instance().Set();
     return set && set->ThePresentation().StepByViewer(-1);
+}
+
+std::optional<std::string> Television::Stimulate(const std::string& line) {
+    const auto set = Core::Instance().Set();
+    return set ? RunStimulus(*set, line) : "The television is off.";
+}
+
+std::vector<StimulusUse> Television::Stimuli() {
+    std::vector<StimulusUse> uses;
+    for (const Stimulus& stimulus : AllStimuli())
+        uses.push_back({stimulus.name, stimulus.argument ? stimulus.argument : "", stimulus.meaning});
+    return uses;
 }
 
 void Television::PageOpened(bool broadcastRelated, const std::vector<std::string>& origins) {

@@ -79,6 +79,13 @@ struct TuneTimes {
     double toFirstPicture = 0;
 };
 
+// What Television::Stimulate takes: "NAME" or "NAME ARGUMENT".
+struct StimulusUse {
+    std::string name;
+    std::string argument;  // what stands for it, "out|in"; empty: none is given
+    std::string meaning;   // a phrase
+};
+
 class TVPLATFORM_API Television {
 public:
     static Television& Instance();
@@ -109,6 +116,11 @@ public:
     bool ViewerSelects(unsigned int id);
     bool ViewerSelectsNext();
     bool ViewerSelectsPrevious();
+
+    // Whatever else happens to a television on a sofa, as a line: the name of a stimulus and what belongs to it. A
+    // sentence that says what is wrong, or nothing when it is done. All threads; what comes of it is told later.
+    std::optional<std::string> Stimulate(const std::string& line);
+    static std::vector<StimulusUse> Stimuli();
 
     // The page: whether its application is broadcast related, and the origins inside its boundary.
     void PageOpened(bool broadcastRelated, const std::vector<std::string>& origins);

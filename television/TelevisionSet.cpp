@@ -134,6 +134,7 @@ void TelevisionSet::StreamBroke() {
 }
 
 void TelevisionSet::SignalLost() {
+    m_buffer.Clear();
     m_queue.Post([this] { m_presentation.SignalLost(); });
 }
 

@@ -27,6 +27,9 @@ public:
     // Ends all threads.
     void Shutdown();
 
+    // The aerial's plug. While it is out nothing is received.
+    void ConnectAerial(bool connected) { m_receiver->Connect(connected); }
+
     ServiceDirectory& Directory() { return m_directory; }
     Screen& TheScreen() { return m_screen; }
     Presentation& ThePresentation() { return m_presentation; }

@@ -55,10 +55,13 @@ QString Usage(const CommandRow& command) {
     return command.argument != nullptr ? name + QLatin1Char(' ') + QLatin1String(command.argument) : name;
 }
 
-QString Help(RemoteTarget&, const QString&) {
+QString Help(RemoteTarget& target, const QString&) {
     QStringList usages;
     for (const CommandRow& command : kCommands) {
         usages += Usage(command);
+    }
+    for (const television::StimulusUse& use : target.Stimuli()) {
+        usages += QString::fromStdString(use.argument.empty() ? use.name : use.name + " " + use.argument);
     }
     return Ok(usages.join(QStringLiteral("; ")));
 }
@@ -78,6 +81,11 @@ QString RunCommand(RemoteTarget& target, const QString& line) {
             return Error(QStringLiteral("Write it as: ") + Usage(command));
         }
         return command.run(target, argument);
+    }
+    for (const television::StimulusUse& use : target.Stimuli()) {
+        if (name == QString::fromStdString(use.name)) {
+            return Answer(target.Stimulate(text));
+        }
     }
     return Error(QStringLiteral("There is no command \"%1\"; \"help\" lists them.").arg(name));
 }

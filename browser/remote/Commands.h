@@ -3,6 +3,9 @@
 
 #include <QString>
 #include <optional>
+#include <vector>
+
+#include "television/Television.h"
 
 namespace browser {
 
@@ -18,6 +21,9 @@ public:
     virtual Failure WriteScreenshot(const QString& file) = 0;
     // The value as JSON.
     virtual QString EvaluateScript(const QString& script) = 0;
+    // What happens to the television: its names and uses, and one of them with its argument.
+    virtual std::vector<television::StimulusUse> Stimuli() = 0;
+    virtual Failure Stimulate(const QString& line) = 0;
     virtual void Quit(int status) = 0;
 
 protected:

@@ -49,7 +49,7 @@ void Receiver::Run() {
 void Receiver::ReadOnce() {
     m_packets.clear();
     const PacketSource::Result result = m_source->Read(m_packets);
-    WatchSilence(!m_packets.empty());
+    WatchSilence(m_connected && !m_packets.empty());
     for (std::span<const std::uint8_t> rest(m_packets); !rest.empty();
          rest = rest.subspan(std::min(kSlice, rest.size())))
         HandOn(rest.first(std::min(kSlice, rest.size())));
@@ -57,11 +57,12 @@ void Receiver::ReadOnce() {
 }
 
 void Receiver::HandOn(std::span<const std::uint8_t> packets) {
-    bool broke = false;
+    bool broke = std::exchange(m_interrupted, !m_connected);
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize)
         broke = m_clock.Observe(packets.data() + at) || broke;
-    if (broke) m_client.StreamBroke();
     if (m_source->NeedsPacing()) Pace();
+    if (m_interrupted) return;
+    if (broke) m_client.StreamBroke();
     m_client.PacketsReceived(packets, m_clock.Now());
 }
 

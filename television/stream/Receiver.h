@@ -37,6 +37,8 @@ public:
 
     // Until this is called, a stream that need not come in real time is read many times faster.
     void KeepTime() { m_keepTime = true; }
+    // What comes while nothing is connected is lost.
+    void Connect(bool connected) { m_connected = connected; }
 
 private:
     using SteadyClock = std::chrono::steady_clock;
@@ -53,7 +55,8 @@ private:
     ReceiverClient& m_client;
     StreamClock m_clock;
     std::vector<std::uint8_t> m_packets;
-    std::atomic<bool> m_keepTime = false;
+    std::atomic<bool> m_keepTime = false, m_connected = true;
+    bool m_interrupted = false;  // what was handed on last does not lead to what comes next
 
     // Pacing: the stream's time m_paceFrom was handed on at m_paceStart. No pace yet is 0.
     int m_pace = 0;

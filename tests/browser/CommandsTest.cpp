@@ -20,6 +20,8 @@ public:
         Note("evaluate " + script);
         return "42";
     }
+    std::vector<television::StimulusUse> Stimuli() override { return {{"aerial", "out|in", "pull or plug it"}}; }
+    Failure Stimulate(const QString& line) override { return Note(line); }
     void Quit(int status) override { Note("quit " + QString::number(status)); }
 
     Failure m_failure;
@@ -40,7 +42,8 @@ protected:
 };
 
 TEST_F(Commands, ReachTheirOperationWithTheRestOfTheLine) {
-    for (const char* line : {"key RED", "channel 12", "channel next", "open http://a/b c", "screenshot a.png"}) {
+    for (const char* line : {"key RED", "channel 12", "channel next", "open http://a/b c", "screenshot a.png",
+                             "aerial out"}) {
         EXPECT_EQ(Run(line), "ok") << line;
         EXPECT_EQ(m_target.m_last, line);
     }
@@ -77,7 +80,7 @@ TEST_F(Commands, HelpIsOneLineWithEveryCommand) {
     const QString help = Run("help");
     EXPECT_TRUE(help.startsWith("ok "));
     EXPECT_FALSE(help.contains('\n'));
-    for (const char* name : {"key", "channel", "open", "screenshot", "evaluate", "quit", "help"}) {
+    for (const char* name : {"key", "channel", "open", "screenshot", "evaluate", "quit", "help", "aerial out|in"}) {
         EXPECT_TRUE(help.contains(name)) << name;
     }
 }

@@ -61,7 +61,7 @@ void COipfVideoBroadcast::t_CheckRating(unsigned char rating) {
 void COipfVideoBroadcast::m_SendDrmRightsError(int state, unsigned short caSystemId) {
     LOG_TRACE("m_SendDrmRightsError for state = %d, sid = %x", state, caSystemId);
     NPVariant system = VoidVariant();
-    if (!t_StringToNPVariant("urn:dvb:casystemid:" + Decimal(caSystemId), system)) system = VoidVariant();
+    t_StringToNPVariant("urn:dvb:casystemid:" + Decimal(caSystemId), system);  // stays Void without memory
     CEventArguments arguments(m_pNPNFuncs);
     arguments.Add(Int32Variant(state));
     arguments.Add(VoidVariant());

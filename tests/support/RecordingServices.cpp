@@ -133,7 +133,7 @@ public:
 
     void RegisterStreamEventCallback(const char* name, const DSMCCStreamEventCallback& callback) override {
         EXPECT_NE(name, nullptr);
-        Platform().Enter("dsmcc.RegisterStreamEventCallback", "");
+        Platform().Enter("dsmcc.RegisterStreamEventCallback", name);
         const std::lock_guard lock(Platform().m_dsmccMutex);
         Platform().m_callback = callback;
         ++Platform().m_registrations;

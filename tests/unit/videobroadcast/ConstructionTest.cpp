@@ -44,7 +44,7 @@ TEST_F(Construction, TellsTheBrowserThenMarksThePageThenRegistersForStreamEvents
     const Probed object(browser);
     EXPECT_EQ(Calls(), (Lines{"setvalue 3, 0", "setvalue 4, 0", "setvalue 3001, 1",
                               "evaluate window." + IdOf(object.Get()) + " = true;",
-                              "dsmcc.RegisterStreamEventCallback()"}));
+                              "dsmcc.RegisterStreamEventCallback(COipfVideoBroadcast)"}));
 }
 
 TEST_F(Construction, AllNamesAreRegisteredBeforeTheBrowserIsTold) {
@@ -139,7 +139,7 @@ TEST_F(Construction, WithoutTheWindowThePageIsNotMarked) {
     EXPECT_TRUE(browser.Evaluated().empty());
     ExpectLogged(3, "get window object fail referenceCount -1");
     ExpectNotLogged("Release window object");
-    EXPECT_EQ(Calls({"dsmcc."}), Lines{"dsmcc.RegisterStreamEventCallback()"});
+    EXPECT_EQ(Calls({"dsmcc."}), Lines{"dsmcc.RegisterStreamEventCallback(COipfVideoBroadcast)"});
 }
 
 TEST_F(Construction, WhatAFailedQuestionForTheWindowLeavesIsNotLookedAt) {
@@ -158,7 +158,7 @@ TEST_F(Construction, ANullWindowWithoutAnErrorIsNotMarkedEither) {
     EXPECT_TRUE(browser.Evaluated().empty());
     ExpectLogged(3, "get window object success referenceCount -1");
     ExpectNotLogged("Plugin ID is \"" + IdOf(object.Get()) + "\"");
-    EXPECT_EQ(Calls({"dsmcc."}), Lines{"dsmcc.RegisterStreamEventCallback()"});
+    EXPECT_EQ(Calls({"dsmcc."}), Lines{"dsmcc.RegisterStreamEventCallback(COipfVideoBroadcast)"});
 }
 
 TEST_F(Construction, AFailedEvaluationIsLoggedAndTheWindowGivenBack) {
@@ -167,7 +167,7 @@ TEST_F(Construction, AFailedEvaluationIsLoggedAndTheWindowGivenBack) {
     ExpectLogged(3, "Object? NO");
     ExpectLogged(3, "Release window object");
     EXPECT_EQ(browser.Window().HeldByPlugin(), 0u);
-    EXPECT_EQ(Calls({"dsmcc."}), Lines{"dsmcc.RegisterStreamEventCallback()"});
+    EXPECT_EQ(Calls({"dsmcc."}), Lines{"dsmcc.RegisterStreamEventCallback(COipfVideoBroadcast)"});
 }
 
 TEST_F(Construction, ObjectYesMeansThatTheFirstWordOfTheResultIsNotZero) {

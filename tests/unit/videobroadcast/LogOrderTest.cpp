@@ -303,6 +303,52 @@ TEST_F(LogOrder, ResumingIsLoggedBeforeTheStateIsTold) {
                  "script.onPlayStateChange(2, undefined)"});
 }
 
+TEST_F(LogOrder, AHandlerIsSaidToBeCalledBeforeItIs) {
+    ExpectStepsOf("setFullScreen", {true},
+                  {"3: COipfVideoBroadcast::m_OnEvent(6)", "3: Invoke handler()", "script.onFullScreenChange()",
+                   "3: Create DOM Event for FullScreenChange"});
+}
+
+TEST_F(LogOrder, AStateIsSaidToBeSetWhenItsLayoutIsDone) {
+    Bring(kConnecting);
+    Follow();
+    Notify([](IBroadcastPlayerListener& listener) { listener.TuneSuccess(0); });
+    ExpectSteps({"script.onPlayStateChange(2, undefined)", "browser.IsMediaPlaybackMode()",
+                 "3: COipfVideoBroadcast::m_SetPlayState OK"});
+}
+
+TEST_F(LogOrder, AChannelThatCannotBeMadeIsLoggedBeforeItsHoldIsGivenBack) {
+    Bring(kConnecting);
+    Follow();
+    browser.AnswerEvaluateOf("new Channel", [](const std::string&) { return std::nullopt; });
+    Notify([](IBroadcastPlayerListener& listener) { listener.TuneSuccess(7); });
+    ExpectSteps({"2: Failed to create Channel object", "cache.ReleaseChannel(7)",
+                 "script.onChannelChangeSucceeded(undefined)"});
+}
+
+TEST_F(LogOrder, AWrongHandlerIsLoggedBeforeTheException) {
+    Follow();
+    EXPECT_TRUE(Set("onPlayStateChange", 7).accepted);
+    ExpectSteps({"2: Set property - value is not an object, null or undefined",
+                 "exception value is not an object"});
+}
+
+TEST_F(LogOrder, AHandlerThatIsSetIsNamed) {
+    FakeObject& handler = browser.MakeFunction("handler");
+    char pointer[32];
+    std::snprintf(pointer, sizeof pointer, "%p", static_cast<void*>(handler.Pointer()));
+    Follow();
+    EXPECT_TRUE(Set("onPlayStateChange", handler).accepted);
+    ExpectSteps({std::string("3: Set NPObject ") + pointer});
+    Set("onPlayStateChange", nullptr);
+}
+
+TEST_F(LogOrder, AListenerOfAForeignPageIsLoggedBeforeTheException) {
+    platform.answers.broadcastRelated = false;
+    ExpectStepsOf("addEventListener", {"PlayStateChange", browser.MakeFunction("listener"), false},
+                  {"2: t_AllowEventListener() - app is not broadcast related", "exception SecurityError"});
+}
+
 class LogOrderOfStreamEvents : public LogOrder {
 protected:
     FakeObject& listener = browser.MakeFunction("listener");
@@ -336,7 +382,8 @@ TEST_F(LogOrderOfStreamEvents, ADeliveryIsDescribedBeforeTheListenerIsCalled) {
     platform.DeliverStreamEvent(1, "name", "A");
     browser.RunAsyncCalls();
     ExpectSteps({"3: [CplVideoBroadcast::DsmEventCallback] sending copy of stream related event to browser",
-                 "3: COipfVideoBroadcast::OnEvent(12)", "3: [COipfVideoBroadcast::m_OnDsmEvent] ",
+                 "3: COipfVideoBroadcast::OnEvent(12)", "3: m_ProcessEvent E_ON_STREAM_EVENT",
+                 "3: [COipfVideoBroadcast::m_OnDsmEvent] ",
                  "3: GetStreamEventDataListeners", "3: [m_HandleStreamEventCallback] ",
                  "3: [COipfVideoBroadcast::m_HandleStreamEventCallback] creating event id=0, name=name, data=41, "
                  "text=A, status=trigger",

@@ -82,9 +82,9 @@ TEST_F(PCMutexThreads, DestroyEndsTheSemaphoreAndTheNextOneStartsFree) {
     mutex.Lock();
     mutex.Destroy();
     mutex.Create();
+    mutex.Unlock();  // owns nothing any more
     Contender contender(mutex);
     EXPECT_TRUE(contender.EntersWithin(kInTheEnd));
-    mutex.Unlock();  // owns nothing any more
     mutex.Lock();
     Contender second(mutex);
     EXPECT_FALSE(second.EntersWithin(kForAWhile));

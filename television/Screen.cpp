@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "television/Geometry.h"
 
@@ -49,7 +50,7 @@ void Screen::Show(std::uint64_t session, std::shared_ptr<const Picture> picture)
         std::lock_guard lock(m_mutex);
         if (session != m_session) return;
         const TPTRect rectangle = Place();
-        aspect = !m_picture || !SameRatio(m_picture->aspectRatio, picture->aspectRatio);
+        aspect = !m_picture || !SameRatio(Ratio(*m_picture), Ratio(*picture));
         m_picture.swap(picture);
         moved = !Same(rectangle, Place());
     }
@@ -70,6 +71,19 @@ void Screen::ShowVideo(bool shown) {
 void Screen::SetWindow(const TPTRect& window) { Move(window); }
 void Screen::SetFullScreen() { Move(std::nullopt); }
 
+void Screen::ForceAspectRatio(std::optional<double> ratio) {
+    bool aspect = false, moved = false;
+    {
+        std::lock_guard lock(m_mutex);
+        const TPTRect rectangle = Place();
+        const auto before = std::exchange(m_forcedRatio, ratio);
+        aspect = m_picture && !SameRatio(before.value_or(m_picture->aspectRatio), Ratio(*m_picture));
+        moved = !Same(rectangle, Place());
+    }
+    if (moved) Call(layoutChanged);
+    if (aspect) Call(aspectChanged);
+}
+
 void Screen::Move(std::optional<TPTRect> window) {
     {
         std::lock_guard lock(m_mutex);
@@ -83,7 +97,7 @@ void Screen::Move(std::optional<TPTRect> window) {
 // Under the lock.
 TPTRect Screen::Place() const {
     if (m_window) return *m_window;
-    return m_picture ? Fit(kPlane, m_picture->aspectRatio) : kPlane;
+    return m_picture ? Fit(kPlane, Ratio(*m_picture)) : kPlane;
 }
 
 std::shared_ptr<const Picture> Screen::CurrentPicture() const {
@@ -98,7 +112,7 @@ TPTRect Screen::Rectangle() const {
 
 std::optional<double> Screen::AspectRatio() const {
     std::lock_guard lock(m_mutex);
-    return m_picture ? std::optional(m_picture->aspectRatio) : std::nullopt;
+    return m_picture ? std::optional(Ratio(*m_picture)) : std::nullopt;
 }
 
 }  // namespace television

@@ -27,22 +27,26 @@ public:
 
     void SetWindow(const TPTRect& window);
     void SetFullScreen();
+    // The aspect ratio that the viewer wants pictures to be shown with; none: their own.
+    void ForceAspectRatio(std::optional<double> ratio);
 
     std::shared_ptr<const Picture> CurrentPicture() const;
     // Where the picture is; its aspect ratio is kept in it on the full screen.
     TPTRect Rectangle() const;
-    // Of the shown picture.
+    // With which the picture is shown.
     std::optional<double> AspectRatio() const;
 
 private:
     void Move(std::optional<TPTRect> window);
     TPTRect Place() const;
+    double Ratio(const Picture& picture) const { return m_forcedRatio.value_or(picture.aspectRatio); }
 
     mutable std::mutex m_mutex;
     std::uint64_t m_session = 0;
     std::shared_ptr<const Picture> m_picture;
     bool m_videoShown = true;
     std::optional<TPTRect> m_window;  // none: full screen
+    std::optional<double> m_forcedRatio;
 };
 
 }  // namespace television

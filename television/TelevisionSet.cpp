@@ -21,6 +21,8 @@ constexpr std::int64_t kAssociationTime = 5 * kClockRate;
 constexpr std::int64_t kDescriptionTime = 3 * kClockRate;
 constexpr std::int64_t kNetworkTime = 11 * kClockRate;
 constexpr auto kLongestReading = 15s;
+// What has been read is told when it takes longer than this.
+constexpr auto kMoment = 700ms;
 // And so much is buffered before the first channel is tuned to, that it can begin at once.
 constexpr std::int64_t kTuningTime = kClockRate * 3 / 2;
 
@@ -34,6 +36,7 @@ TelevisionSet::TelevisionSet(ListenerGate& gate, const Observer& observer, Sound
                      language),
       m_events({[this] { return m_directory.RouteTo(m_presentation.Selected()); },
                 [](const CDSMCCStreamEventData& event) { StreamEventCallback::TheCallback().Call(event); }}),
+      m_resources(m_presentation, m_gate, m_queue),
       m_tables([this](const Tables& tables) { TablesRead(tables); }) {
     ConnectScreen();
 }
@@ -82,10 +85,28 @@ bool TelevisionSet::WaitForTables(SteadyClock::time_point started) {
     return SteadyClock::now() - started < kLongestReading;
 }
 
+std::string TelevisionSet::Reading::Text() const {
+    if (Complete()) return "";
+    const auto state = [](const char* name, bool read) { return read ? name : std::string("no ") + name + " yet"; };
+    const std::string maps = std::to_string(mapsRead) + " of " + std::to_string(mapsNamed) + " PMTs";
+    return state("PAT", association) + (association ? ", " + maps : "") + ", " + state("SDT", description) + ", " +
+           (association && !networkNamed ? "no NIT in this stream" : state("NIT", network));
+}
+
+std::string TelevisionSet::ReadingText() {
+    std::lock_guard lock(m_mutex);
+    return m_reading.Text();
+}
+
 std::optional<std::string> TelevisionSet::ReadTables(const Progress& progress) {
     if (progress) progress("Reading the stream's service information");
     const auto started = SteadyClock::now();
+    std::string told;
     while (WaitForTables(started)) {
+        const std::string text = ReadingText();
+        if (!progress || text.empty() || text == told || SteadyClock::now() - started < kMoment) continue;
+        progress("Reading the stream's service information: " + text);
+        told = text;
     }
     const auto services = m_directory.Services();
     if (progress) progress(std::to_string(services.size()) + " services found");
@@ -116,6 +137,8 @@ void TelevisionSet::TablesRead(const Tables& tables) {
         std::lock_guard lock(m_mutex);
         m_reading.association = tables.association.has_value();
         m_reading.maps = tables.association && tables.maps.size() >= tables.association->services.size();
+        m_reading.mapsRead = tables.maps.size();
+        m_reading.mapsNamed = tables.association ? tables.association->services.size() : 0;
         m_reading.networkNamed = tables.association && tables.association->networkPid;
         m_reading.description = tables.description.has_value();
         m_reading.network = tables.network.has_value();

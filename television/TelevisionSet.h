@@ -9,6 +9,7 @@
 #include <string>
 
 #include "television/Presentation.h"
+#include "television/Resources.h"
 #include "television/events/StreamEvents.h"
 #include "television/stream/Receiver.h"
 #include "television/tables/TableReader.h"
@@ -34,12 +35,16 @@ public:
     Screen& TheScreen() { return m_screen; }
     Presentation& ThePresentation() { return m_presentation; }
     StreamEvents& Events() { return m_events; }
+    Resources& TheResources() { return m_resources; }
 
 private:
     // How far the tables have come, as the receiving thread sees it.
     struct Reading {
         bool association = false, maps = false, description = false, network = false, networkNamed = false;
+        std::size_t mapsRead = 0, mapsNamed = 0;
         std::int64_t streamTime = 0;
+        // "PAT, 2 of 4 PMTs, no SDT yet, NIT"; empty when all of it has come.
+        std::string Text() const;
         bool Complete() const { return association && maps && description && network; }
     };
     using SteadyClock = std::chrono::steady_clock;
@@ -53,6 +58,7 @@ private:
     void TablesRead(const Tables& tables);
     void ConnectScreen();
     bool WaitForTables(SteadyClock::time_point started);
+    std::string ReadingText();
     std::optional<std::string> ReadTables(const Progress& progress);
 
     ListenerGate& m_gate;
@@ -63,6 +69,7 @@ private:
     TaskQueue m_queue;
     Presentation m_presentation;
     StreamEvents m_events;
+    Resources m_resources;
 
     TableReader m_tables;  // the receiving thread's
     std::mutex m_mutex;

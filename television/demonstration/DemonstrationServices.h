@@ -12,8 +12,8 @@ inline constexpr std::uint16_t kOnid = 0xff01, kNid = 0xff01, kTsid = 0x0401;
 inline constexpr std::uint32_t kFrequency = 61'800'000;  // in 10 Hz
 
 // Atlas One's stream events, as examples/demo/events.xml declares them: "tick" comes each second, and its text is the
-// second of the minute.
-inline constexpr std::uint16_t kTickPid = 0x104, kTickId = 1;
+// second of the minute; "message" comes when it is asked for.
+inline constexpr std::uint16_t kTickPid = 0x104, kTickId = 1, kMessageId = 3;
 inline constexpr std::uint8_t kTickTag = 10;
 
 struct Stream {

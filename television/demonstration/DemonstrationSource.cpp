@@ -3,6 +3,8 @@
 
 #include <chrono>
 
+#include "television/demonstration/MessageEvents.h"
+
 namespace television::demonstration {
 namespace {
 
@@ -17,7 +19,11 @@ std::int64_t SecondsSince1970() {
 }  // namespace
 
 DemonstrationSource::DemonstrationSource(const std::string& path)
-    : m_file(path), m_injector(Tables(), kReplaced, SecondsSince1970) {}
+    : m_file(path), m_injector(Tables(), kReplaced, SecondsSince1970) {
+    MessageEvents::Instance().Open();
+}
+
+DemonstrationSource::~DemonstrationSource() { MessageEvents::Instance().Close(); }
 
 PacketSource::Result DemonstrationSource::Read(std::vector<std::uint8_t>& packets) {
     const Result result = m_file.Read(packets);

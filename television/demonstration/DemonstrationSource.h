@@ -11,6 +11,7 @@ namespace television::demonstration {
 class DemonstrationSource : public PacketSource {
 public:
     explicit DemonstrationSource(const std::string& path);
+    ~DemonstrationSource() override;
     std::optional<std::string> Open() override { return m_file.Open(); }
     Result Read(std::vector<std::uint8_t>& packets) override;
     bool NeedsPacing() const override { return m_file.NeedsPacing(); }

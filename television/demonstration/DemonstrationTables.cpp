@@ -2,6 +2,7 @@
 #include "television/demonstration/DemonstrationTables.h"
 
 #include "television/demonstration/DemonstrationServices.h"
+#include "television/demonstration/MessageEvents.h"
 #include "television/events/StreamEventSection.h"
 #include "television/tables/DescriptorTags.h"
 #include "television/tables/DvbTime.h"
@@ -111,15 +112,20 @@ std::vector<Section> EventSections(std::int64_t now) {
 
 Section TimeSection(std::int64_t now) { return MakeShortSection(kTdt, Bytes().Put40(DvbTime(now))); }
 
-// A new version each second, to be done now: of the bits before the text, those of the time (NPT) are zero.
+// A new version each second.
 std::vector<Section> TickSections(std::int64_t now) {
-    Bytes event, descriptors;
-    event.Put16(kTickId).Put32(0xfffffffe).Put32(0).Put(std::to_string(now % 60));
-    descriptors.PutDescriptor(kStreamEventTag, event);
-    return {MakeSection({kStreamDescriptorTable, kTickId, static_cast<unsigned>(now & 0x1f)}, descriptors)};
+    return {StreamEventSection(kTickId, static_cast<unsigned>(now & 0x1f), std::to_string(now % 60))};
 }
 
 }  // namespace
+
+// Of the bits before the text, those of the time (NPT) are zero.
+Section StreamEventSection(std::uint16_t id, unsigned version, std::string_view text) {
+    Bytes event, descriptors;
+    event.Put16(id).Put32(0xfffffffe).Put32(0).Put(text);
+    descriptors.PutDescriptor(kStreamEventTag, event);
+    return MakeSection({kStreamDescriptorTable, id, version & 0x1f}, descriptors);
+}
 
 std::vector<RepeatedTable> Tables() {
     const auto fixed = [](Section section) {
@@ -132,6 +138,7 @@ std::vector<RepeatedTable> Tables() {
         {kEitPid, 500 * kMillisecond, EventSections},
         {kTdtPid, 1000 * kMillisecond, [](std::int64_t now) { return std::vector<Section>{TimeSection(now)}; }},
         {kTickPid, 200 * kMillisecond, TickSections},
+        {kTickPid, 40 * kMillisecond, [](std::int64_t) { return MessageEvents::Instance().Due(); }},
     };
     for (const ServiceInfo& service : Services())
         tables.push_back({service.mapPid, 100 * kMillisecond, fixed(MapSection(service))});

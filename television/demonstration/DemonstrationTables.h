@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string_view>
 #include <vector>
 
 #include "television/demonstration/SectionWriter.h"
@@ -16,6 +17,9 @@ struct RepeatedTable {
     // Its sections at a time, in seconds since 1970.
     std::function<std::vector<Section>(std::int64_t now)> make;
 };
+
+// A stream event to be done now; one version of an id's section is one event.
+Section StreamEventSection(std::uint16_t id, unsigned version, std::string_view text);
 
 // PAT, PMTs, NIT, SDT, EIT present/following, TDT and stream events.
 std::vector<RepeatedTable> Tables();

@@ -79,7 +79,10 @@ BroadcastPlayer& BroadcastPlayer::ThePlayer() {
 void BroadcastPlayer::SetListener(IBroadcastPlayerListener* listener) { Core::Instance().Gate().Set(listener); }
 
 void BroadcastPlayer::BindToCurrentChannel() {
-    if (const auto set = Core::Instance().Set()) set->ThePresentation().Bind();
+    const auto set = Core::Instance().Set();
+    if (!set) return;
+    set->ThePresentation().Bind();
+    set->TheResources().PageBound();
 }
 
 void BroadcastPlayer::Stop() {

@@ -43,7 +43,7 @@ public:
 
     bool DisableMediaPlaybackMode() override {
         const auto set = Core::Instance().Set();
-        return set && set->ThePresentation().Resume();
+        return set && !set->TheResources().IsMediaPlaying() && set->ThePresentation().Resume();
     }
 
     void CorrectVideoAspectRatio(unsigned int x, unsigned int y, unsigned int width, unsigned int height,

@@ -1,11 +1,12 @@
-// The platform's applications and its screen settings: there is a recorder, which never runs, and a panel, which only
-// tells what it was set to.
+// The platform's applications and its screen settings: there is a recorder, and a panel, which only tells what it was
+// set to.
 #include <map>
 #include <string>
 #include <utility>
 
 #include "platform/CAppScreen.h"
 #include "platform/CTaskManager.h"
+#include "television/Core.h"
 #include "television/Log.h"
 
 namespace television {
@@ -13,7 +14,10 @@ namespace {
 
 class Recorder : public CPvrWrapper {
 public:
-    bool IsPvrOperating() override { return false; }
+    bool IsPvrOperating() override {
+        const auto set = Core::Instance().Set();
+        return set && set->TheResources().IsRecording();
+    }
 };
 
 class Applications : public CWrapperManager {

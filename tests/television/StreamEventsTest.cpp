@@ -7,6 +7,7 @@
 #include <atomic>
 
 #include "television/Log.h"
+#include "television/demonstration/MessageEvents.h"
 #include "television/demonstration/SectionWriter.h"
 #include "tests/television/CarouselWriter.h"
 #include "tests/television/Packets.h"
@@ -330,6 +331,24 @@ TEST_F(DsmccTest, HearsTheDemonstrationTickEachSecond) {
         EXPECT_EQ(told[static_cast<std::size_t>(i)], Trigger(job, 1, "tick", std::to_string((first + i) % 60)));
     EXPECT_TRUE(m_service.UnsubscribeStreamEvent(job));
     EXPECT_FALSE(m_service.UnsubscribeStreamEvent(job));
+}
+
+TEST_F(DsmccTest, HearsAMessageOfTheDemonstrationOnceEachTimeThatItIsSent) {
+    auto& messages = demonstration::MessageEvents::Instance();
+    const auto job = Subscribe("message");
+    const auto tick = Subscribe("tick");
+    ASSERT_TRUE(m_watch.WaitFor([&] { return !m_deliveries.All().empty(); }));
+    EXPECT_TRUE(m_service.UnsubscribeStreamEvent(tick));
+    const auto before = m_deliveries.All().size();
+    for (const char* text : {"one", "two", "two"}) EXPECT_EQ(messages.Send(text), std::nullopt);
+    ASSERT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().size() >= before + 3; }));
+    Told told = m_deliveries.All();
+    told.erase(told.begin(), told.begin() + static_cast<std::ptrdiff_t>(before));
+    EXPECT_EQ(told, (Told{Trigger(job, 3, "message", "one"), Trigger(job, 3, "message", "two"),
+                          Trigger(job, 3, "message", "two")}));
+    EXPECT_NE(messages.Send(std::string(246, 'x')), std::nullopt);
+    m_television.Stop();
+    EXPECT_NE(messages.Send("one"), std::nullopt) << "no demonstration plays";
 }
 
 TEST_F(DsmccTest, EndsSubscriptionsInAnErrorWhenTheChannelChanges) {

@@ -1,6 +1,9 @@
 // Many channel changes: how fast they are, and that nothing grows.
 #include <algorithm>
+#include <array>
 #include <atomic>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "platform/IJSChannelCache.h"
@@ -18,6 +21,20 @@ constexpr bool kMeasured = true;
 constexpr int kZaps = 300;
 #endif
 
+constexpr std::array kChannels{"Atlas One", "Atlas Two", "Boreal", "Atlas Radio"};
+
+// As many as tests/zap-campaign wants; all channels equally often.
+int Zaps() {
+    const char* wanted = std::getenv("CAMPAIGN_ZAPS");
+    const int zaps = wanted ? std::atoi(wanted) : kZaps;
+    return zaps / static_cast<int>(kChannels.size()) * static_cast<int>(kChannels.size());
+}
+
+long Threads() {
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return std::distance(begin(tasks), end(tasks));
+}
+
 // The pages of memory that the process uses, in KiB.
 long ResidentMemory() {
     std::ifstream file("/proc/self/statm");
@@ -30,29 +47,37 @@ class ZapTest : public TelevisionTest {
 protected:
     void Zap() {
         const auto count = m_listener.Told().size();
-        ASSERT_TRUE(m_player->NextChannel());
+        m_channel = (m_channel + 1) % kChannels.size();
+        ASSERT_TRUE(m_player->SetChannel(IdOf(kChannels[m_channel]), false));
         ASSERT_TRUE(m_watch.WaitFor([&] { return m_listener.Told().size() > count; }));
         const std::string told = m_listener.Told().back();
         ASSERT_EQ(told.substr(0, 11), "TuneSuccess");
         IJSChannelCache::Instance()->ReleaseChannel(static_cast<unsigned>(std::stoul(told.substr(12))));
         m_times.push_back(m_television.LastTune().toFirstPicture);
     }
+    // Once round the channels, so that what is compared was taken on the same one.
+    void ZapRound() {
+        for (std::size_t i = 0; i < kChannels.size() && !HasFatalFailure(); ++i) Zap();
+    }
+    std::size_t m_channel = 0;
     std::vector<double> m_times;
 };
 
-TEST_F(ZapTest, ThreeHundredChangesAreFastAndLeaveNothingBehind) {
+TEST_F(ZapTest, HundredsOfChangesAreFastAndLeaveNothingBehind) {
     ASSERT_TRUE(WaitForTunes(1));
     OpenPage();
-    long before = 0;
-    for (int i = 0; i < kZaps && !HasFatalFailure(); ++i) {
-        Zap();
-        if (i == kZaps / 3) before = ResidentMemory();
-    }
+    const auto zaps = static_cast<std::size_t>(Zaps());
+    while (m_times.size() < zaps / 3 && !HasFatalFailure()) ZapRound();
+    const long before = ResidentMemory(), threads = Threads();
+    while (m_times.size() < zaps && !HasFatalFailure()) ZapRound();
     const long grown = ResidentMemory() - before;
+    EXPECT_TRUE(m_watch.WaitFor([&] { return Threads() == threads; })) << Threads() << " instead of " << threads;
     std::sort(m_times.begin(), m_times.end());
     const double median = m_times[m_times.size() / 2];
     RecordProperty("median_ms", std::to_string(median));
     RecordProperty("grown_KiB", std::to_string(grown));
+    std::printf("%zu changes: median %.0f ms, worst %.0f ms; %ld KiB more, %ld threads\n", m_times.size(), median,
+                m_times.back(), grown, Threads());
     EXPECT_EQ(ChannelCache::TheCache().Holds(), 0u);
     if (kMeasured) {
         EXPECT_LT(median, 50) << "milliseconds to the first picture";

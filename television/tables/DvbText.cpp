@@ -3,6 +3,7 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 #include <vector>
@@ -11,21 +12,30 @@ namespace television {
 namespace {
 
 constexpr std::uint8_t kFirstPrintable = 0x20;
+constexpr std::uint8_t kLineBreak = 0x8a, kControlPage = 0xe0;
 constexpr const char* kReplacement = "\xef\xbf\xbd";
 
-// What the first byte selects, with the number of bytes before the text. An empty name: UTF-8, no conversion.
+// Where a table's control codes stand: among single bytes, between pairs of bytes, or as characters of Unicode.
+enum class Controls { Single, Paired, Unicode };
+
+// What the first bytes select, with their number. An empty name: a coding that is not public.
 struct CharacterTable {
     std::string charset;
     std::size_t selector = 0;
-    bool wide = false;  // two bytes a character: control codes are wide too
+    Controls controls = Controls::Single;
 };
 
-CharacterTable OfIso8859(int part, std::size_t selector) {
-    return {"ISO-8859-" + std::to_string(part), selector, false};
+CharacterTable OfIso8859(int part, std::size_t selector) { return {"ISO-8859-" + std::to_string(part), selector}; }
+
+// Table A.4: part 12 was never made.
+CharacterTable OfIso8859(std::span<const std::uint8_t> text) {
+    const bool known = text.size() >= 3 && text[1] == 0 && text[2] >= 1 && text[2] <= 15 && text[2] != 12;
+    return OfIso8859(known ? text[2] : 1, std::min<std::size_t>(3, text.size()));
 }
 
+// Table A.3. Reserved selectors are passed over.
 CharacterTable SelectTable(std::span<const std::uint8_t> text) {
-    if (text.empty() || text[0] >= kFirstPrintable) return {"ISO6937", 0, false};
+    if (text.empty() || text[0] >= kFirstPrintable) return {"ISO6937", 0};
     switch (text[0]) {
         case 0x01:
         case 0x02:
@@ -39,21 +49,20 @@ CharacterTable SelectTable(std::span<const std::uint8_t> text) {
         case 0x0b:
             return OfIso8859(text[0] + 4, 1);
         case 0x10:
-            return OfIso8859(text.size() >= 3 ? text[2] : 1, std::min<std::size_t>(3, text.size()));
+            return OfIso8859(text);
         case 0x11:
-            return {"UCS-2BE", 1, true};
+        case 0x14:  // Unicode, of which only the characters of Big5 are used
+            return {"UTF-16BE", 1, Controls::Unicode};
         case 0x12:
-            return {"EUC-KR", 1, false};
+            return {"EUC-KR", 1, Controls::Paired};
         case 0x13:
-            return {"GB2312", 1, false};
-        case 0x14:
-            return {"BIG5", 1, false};
+            return {"GB2312", 1, Controls::Paired};
         case 0x15:
-            return {"", 1, false};
+            return {"UTF-8", 1, Controls::Unicode};
         case 0x1f:
-            return {"ISO6937", std::min<std::size_t>(2, text.size()), false};
+            return {"", std::min<std::size_t>(2, text.size())};
         default:
-            return {"ISO6937", 1, false};
+            return {"ISO6937", 1};
     }
 }
 
@@ -99,38 +108,59 @@ private:
     iconv_t m_handle;
 };
 
-// The control codes of one-byte tables: 0x8a breaks the line, the rest of 0x80 to 0x9f shows nothing. Codes below
-// 0x20 do not occur.
+bool IsControl(std::uint8_t byte) { return byte < kFirstPrintable || (byte >= 0x7f && byte <= 0x9f); }
+
+// Table A.1: 0x8a breaks the line, the rest of 0x80 to 0x9f shows nothing. Codes below 0x20 do not occur.
 std::vector<char> WithoutControls(std::span<const std::uint8_t> text) {
     std::vector<char> kept;
     for (const std::uint8_t byte : text) {
-        if (byte == 0x8a)
+        if (byte == kLineBreak)
             kept.push_back('\n');
-        else if (byte >= kFirstPrintable && (byte < 0x7f || byte > 0x9f))
+        else if (!IsControl(byte))
             kept.push_back(static_cast<char>(byte));
     }
     return kept;
 }
 
-std::string Replaced(std::string text, std::string_view what, std::string_view with) {
-    for (std::size_t at = text.find(what); at != text.npos; at = text.find(what, at + with.size()))
-        text.replace(at, what.size(), with);
-    return text;
+// Table A.2: where two bytes are a character, a control code is 0xe0 and the code, too; no character begins so.
+std::vector<char> WithoutPairedControls(std::span<const std::uint8_t> text) {
+    std::vector<char> kept;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool pair = at + 1 < text.size() && text[at] >= 0xa0;
+        if (pair && text[at] == kControlPage && IsControl(text[at + 1])) ++at;
+        if (!pair || IsControl(text[at])) {
+            const auto single = WithoutControls(text.subspan(at, 1));
+            kept.insert(kept.end(), single.begin(), single.end());
+        } else {
+            kept.insert(kept.end(), {static_cast<char>(text[at]), static_cast<char>(text[at + 1])});
+            ++at;
+        }
+    }
+    return kept;
 }
 
-// In tables of more than one byte the control codes stand at U+E080 and up, in UTF-8 converted text also at U+0080.
-std::string WithoutWideControls(std::string text) {
-    for (const auto& [code, with] : std::array<std::pair<const char*, const char*>, 6>{{{"\xee\x82\x86", ""},
-                                                                                        {"\xee\x82\x87", ""},
-                                                                                        {"\xee\x82\x8a", "\n"},
-                                                                                        {"\xc2\x86", ""},
-                                                                                        {"\xc2\x87", ""},
-                                                                                        {"\xc2\x8a", "\n"}}})
-        text = Replaced(std::move(text), code, with);
-    return text;
+// The length in UTF-8 of a control code of either table at `at`, 0 where there is none; the code itself is its last
+// byte: U+0080 to U+009F and U+E080 to U+E09F.
+std::size_t ControlAt(const std::string& text, std::size_t at) {
+    const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<std::uint8_t>(text[i]) : 0u; };
+    if (byte(at) < kFirstPrintable || byte(at) == 0x7f) return 1;
+    if (byte(at) == 0xc2 && IsControl(static_cast<std::uint8_t>(byte(at + 1)))) return 2;
+    if (byte(at) == 0xee && byte(at + 1) == 0x82 && IsControl(static_cast<std::uint8_t>(byte(at + 2)))) return 3;
+    return 0;
 }
 
-bool IsMultibyte(const std::string& charset) { return charset == "EUC-KR" || charset == "GB2312" || charset == "BIG5"; }
+std::string WithoutUnicodeControls(const std::string& text) {
+    std::string kept;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = ControlAt(text, at);
+        if (length == 0)
+            kept.push_back(text[at++]);
+        else if (static_cast<std::uint8_t>(text[at + length - 1]) == kLineBreak)
+            kept.push_back('\n');
+        at += length;
+    }
+    return kept;
+}
 
 // The default table is ISO 6937 with the euro sign in the place of the currency sign.
 std::string ConvertDefault(Converter& converter, const std::vector<char>& text) {
@@ -150,13 +180,21 @@ std::string ConvertDefault(Converter& converter, const std::vector<char>& text) 
 
 std::string DecodeText(std::span<const std::uint8_t> text) {
     const CharacterTable table = SelectTable(text);
+    if (table.charset.empty()) return "";
     const auto body = text.subspan(table.selector);
-    Converter converter(table.charset.empty() ? "UTF-8" : table.charset);
+    Converter converter(table.charset);
     if (!converter.Works()) return kReplacement;
     if (table.charset == "ISO6937") return ConvertDefault(converter, WithoutControls(body));
-    if (table.charset.empty() || table.wide || IsMultibyte(table.charset))
-        return WithoutWideControls(converter.Convert({body.begin(), body.end()}));
-    return converter.Convert(WithoutControls(body));
+    if (table.controls == Controls::Unicode)
+        return WithoutUnicodeControls(converter.Convert({body.begin(), body.end()}));
+    return converter.Convert(table.controls == Controls::Paired ? WithoutPairedControls(body) : WithoutControls(body));
+}
+
+std::string ReadCountedText(std::span<const std::uint8_t> bytes, std::size_t& at) {
+    if (at >= bytes.size()) return "";
+    const auto text = bytes.subspan(at + 1, std::min<std::size_t>(bytes[at], bytes.size() - at - 1));
+    at += 1 + text.size();
+    return DecodeText(text);
 }
 
 }  // namespace television

@@ -115,6 +115,7 @@ Session::Failure Session::StartTelevision() {
     configuration.sound = m_options.sound;
     configuration.soundFile = m_options.soundFile.toStdString();
     configuration.audioLanguage = m_options.settings.audioLanguage.toStdString();
+    configuration.country = m_options.settings.countryId.toStdString();
 
     television::Observer observer;
     observer.pictureChanged = [this] { m_window->PictureChanged(); };

@@ -56,6 +56,7 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     SoundOutput sound;
     if (auto fault = ChooseSoundOutput(configuration, sound)) return fault;
     auto set = std::make_shared<TelevisionSet>(m_gate, observer, sound, configuration.audioLanguage);
+    set->Directory().SetCountry(configuration.country);
     if (auto fault = set->Start(std::move(source), progress)) {
         set->Shutdown();
         return fault;

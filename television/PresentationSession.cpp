@@ -7,7 +7,7 @@
 #include "television/Log.h"
 #include "television/Presentation.h"
 #include "television/interfaces/ChannelCache.h"
-#include "television/tables/DescriptorTags.h"
+#include "television/tables/ProgrammeList.h"
 
 namespace television {
 namespace {
@@ -279,17 +279,13 @@ void Presentation::WatchProgrammes() {
 }
 
 void Presentation::TellRating(std::uint64_t request) {
-    if (m_watchedEvents.empty()) return;
-    const Descriptor* descriptor = Find(m_watchedEvents.front().descriptors, kParentalRatingTag);
-    if (!descriptor || descriptor->data.size() < 4) {
-        m_toldRating.reset();
-        return;
-    }
-    const std::uint8_t rating = descriptor->data[3];
+    const auto rating = PresentRating(m_watchedEvents, m_around.directory.Country());
     if (m_toldRating == rating) return;
     m_toldRating = rating;
-    Tell(request,
-         [rating](IBroadcastPlayerListener& listener) { listener.ParentalRatingChanged(static_cast<char>(rating)); });
+    if (!rating) return;
+    Tell(request, [rating](IBroadcastPlayerListener& listener) {
+        listener.ParentalRatingChanged(static_cast<char>(*rating));
+    });
 }
 
 }  // namespace television

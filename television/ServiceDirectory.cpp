@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <tuple>
 
+#include "television/tables/ProgrammeList.h"
+
 namespace television {
 namespace {
 
@@ -15,7 +17,7 @@ bool SameService(const Service& a, const Service& b) {
     return key(a) == key(b);
 }
 
-bool SameStream(const Component& a, const Component& b) {
+bool SameElementaryStream(const Component& a, const Component& b) {
     return a.type == b.type && a.pid == b.pid && a.streamType == b.streamType && a.encoding == b.encoding;
 }
 
@@ -24,49 +26,91 @@ bool IsZapped(const Service& service) { return !service.hidden && service.type !
 }  // namespace
 
 bool Route::SameStreams(const Route& other) const {
-    return state == other.state && sid == other.sid && mapPid == other.mapPid && clockPid == other.clockPid &&
+    return state == other.state && id == other.id && sid == other.sid && mapPid == other.mapPid && clockPid == other.clockPid &&
            std::equal(components.begin(), components.end(), other.components.begin(), other.components.end(),
-                      SameStream);
+                      SameElementaryStream);
 }
 
-bool ServiceDirectory::Update(const Tables& tables) {
+bool ServiceDirectory::Update(const Tables& tables, std::size_t multiplex) {
     std::lock_guard lock(m_mutex);
-    m_tables = std::make_shared<Tables>(tables);
-    auto services = ListServices(tables, m_ids);
-    const bool same = std::equal(services.begin(), services.end(), m_services.begin(), m_services.end(), SameService);
-    m_services = std::move(services);
-    return !same;
+    while (m_tables.size() <= multiplex) m_tables.push_back(std::make_shared<Tables>());
+    m_tables[multiplex] = std::make_shared<Tables>(tables);
+    const auto before = std::move(m_listing.services);
+    m_listing = ListServices(m_tables, m_ids);
+    for (const Service& service : m_listing.services) m_known[service.id] = service;
+    return !std::equal(before.begin(), before.end(), m_listing.services.begin(), m_listing.services.end(), SameService);
 }
 
 void ServiceDirectory::Clear() {
     std::lock_guard lock(m_mutex);
-    m_tables = std::make_shared<Tables>();
-    m_services.clear();
+    m_tables.clear();
+    m_listing = {};
+    m_known.clear();
 }
 
-std::shared_ptr<const Tables> ServiceDirectory::CurrentTables() const {
+void ServiceDirectory::SetCountry(const std::string& country) {
+    std::lock_guard lock(m_mutex);
+    m_country = country;
+}
+
+std::string ServiceDirectory::Country() const {
+    std::lock_guard lock(m_mutex);
+    return m_country;
+}
+
+MultiplexTables ServiceDirectory::CurrentTables() const {
     std::lock_guard lock(m_mutex);
     return m_tables;
 }
 
 std::vector<Service> ServiceDirectory::Services() const {
     std::lock_guard lock(m_mutex);
-    return m_services;
+    return m_listing.services;
+}
+
+std::vector<Service> ServiceDirectory::LeftOut() const {
+    std::lock_guard lock(m_mutex);
+    return m_listing.leftOut;
+}
+
+std::optional<Service> ServiceDirectory::Describe(unsigned int id) const {
+    std::lock_guard lock(m_mutex);
+    const auto known = m_known.find(id);
+    return known == m_known.end() ? std::nullopt : std::optional(known->second);
 }
 
 std::optional<Service> ServiceDirectory::Find(unsigned int id) const {
     std::lock_guard lock(m_mutex);
+    const auto& services = m_listing.services;
     const auto found =
-        std::find_if(m_services.begin(), m_services.end(), [id](const Service& service) { return service.id == id; });
-    return found == m_services.end() ? std::nullopt : std::optional(*found);
+        std::find_if(services.begin(), services.end(), [id](const Service& service) { return service.id == id; });
+    return found == services.end() ? std::nullopt : std::optional(*found);
 }
 
 std::optional<Service> ServiceDirectory::FindTriplet(int onid, int tsid, int sid) const {
     std::lock_guard lock(m_mutex);
-    const auto found = std::find_if(m_services.begin(), m_services.end(), [=](const Service& service) {
+    const auto& services = m_listing.services;
+    const auto found = std::find_if(services.begin(), services.end(), [=](const Service& service) {
         return service.onid == onid && service.tsid == tsid && service.sid == sid;
     });
-    return found == m_services.end() ? std::nullopt : std::optional(*found);
+    return found == services.end() ? std::nullopt : std::optional(*found);
+}
+
+Delivery ServiceDirectory::FindDelivered(const DeliverySystem& wanted, int sid,
+                                         std::optional<Service>& service) const {
+    Delivery result = Delivery::OtherKind;
+    for (const auto& tables : CurrentTables()) {
+        if (!tables->network) continue;
+        for (const auto& stream : tables->network->streams)
+            for (const DeliverySystem& system : ListDeliverySystems(stream.descriptors)) {
+                if (SameKind(system, wanted)) result = std::max(result, Delivery::OtherStream);
+                if (!SameStream(system, wanted)) continue;
+                service = FindTriplet(stream.onid, stream.tsid, sid);
+                if (service) return Delivery::Found;
+                result = Delivery::OtherService;
+            }
+    }
+    return result;
 }
 
 std::optional<Service> ServiceDirectory::Neighbour(unsigned int id, int steps) const {
@@ -86,22 +130,33 @@ std::optional<Service> ServiceDirectory::First() const {
     return services.empty() ? std::nullopt : std::optional(services.front());
 }
 
+std::optional<ServiceDirectory::Source> ServiceDirectory::SourceOf(unsigned int id) const {
+    std::lock_guard lock(m_mutex);
+    const auto place = m_ids.PlaceOf(id);
+    if (!place || place->multiplex >= m_tables.size()) return std::nullopt;
+    return Source{*place, m_tables[place->multiplex]};
+}
+
 Route ServiceDirectory::RouteTo(unsigned int id) const {
     Route route;
-    const auto service = Find(id);
-    const auto tables = CurrentTables();
-    if (!service || !tables->association) return route;
-    route.sid = service->sid;
+    const auto source = SourceOf(id);
+    if (!source) return route;
+    const auto& [place, tables] = *source;
+    route.multiplex = place.multiplex;
+    route.id = id;
+    route.sid = place.sid;
+    if (!tables->association) return route;
     for (const auto& entry : tables->association->services)
-        if (entry.sid == service->sid) {
+        if (entry.sid == place.sid) {
             route.state = Route::State::MapMissing;
             route.mapPid = entry.pid;
         }
-    const auto map = tables->maps.find(service->sid);
+    const auto map = tables->maps.find(place.sid);
     if (route.state != Route::State::MapMissing || map == tables->maps.end()) return route;
+    const auto service = Find(id);
     route.state = Route::State::Ready;
     route.clockPid = map->second.clockPid;
-    route.components = ListComponents(map->second, service->hd);
+    route.components = ListComponents(map->second, service && service->hd);
     for (const ElementaryStream& stream : map->second.streams)
         if (const auto tag = ComponentTag(stream)) route.taggedPids.try_emplace(*tag, stream.pid);
     return route;
@@ -109,16 +164,15 @@ Route ServiceDirectory::RouteTo(unsigned int id) const {
 
 std::vector<Programme> ServiceDirectory::Programmes(unsigned int id) const {
     const auto service = Find(id);
-    return service ? ListProgrammes(*CurrentTables(), *service) : std::vector<Programme>{};
+    const auto source = SourceOf(id);
+    return service && source ? ListProgrammes(*source->tables, *service) : std::vector<Programme>{};
 }
 
 std::vector<Event> ServiceDirectory::Events(unsigned int id) const {
-    const auto service = Find(id);
-    const auto tables = CurrentTables();
-    const auto found = service ? tables->events.find(service->sid) : tables->events.end();
-    return found == tables->events.end() ? std::vector<Event>{} : found->second;
+    const auto source = SourceOf(id);
+    if (!source) return {};
+    const auto found = source->tables->events.find(source->place.sid);
+    return found == source->tables->events.end() ? std::vector<Event>{} : found->second;
 }
-
-std::optional<NetworkTable> ServiceDirectory::Network() const { return CurrentTables()->network; }
 
 }  // namespace television

@@ -5,10 +5,12 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "television/Television.h"
 #include "television/tables/Components.h"
+#include "television/tables/DeliverySystem.h"
 #include "television/tables/ServiceList.h"
 #include "television/tables/Tables.h"
 
@@ -18,6 +20,8 @@ namespace television {
 struct Route {
     enum class State { Ready, MapMissing, NotInStream };
     State state = State::NotInStream;
+    std::size_t multiplex = 0;
+    unsigned int id = 0;
     std::uint16_t sid = 0, mapPid = 0, clockPid = 0;
     std::vector<Component> components;
     std::map<int, std::uint16_t> taggedPids;  // of all streams that have a component tag, by it
@@ -25,15 +29,27 @@ struct Route {
     bool SameStreams(const Route& other) const;
 };
 
+// How far a delivery system descriptor and a service id lead.
+enum class Delivery { OtherKind, OtherStream, OtherService, Found };
+
 class ServiceDirectory {
 public:
-    // True when the list of services differs from the one before.
-    bool Update(const Tables& tables);
+    // The tables of one of the multiplexes. True when the list of services differs from the one before.
+    bool Update(const Tables& tables, std::size_t multiplex = 0);
     void Clear();
+    // The viewer's, three letters.
+    void SetCountry(const std::string& country);
+    std::string Country() const;
 
     std::vector<Service> Services() const;
+    // Services that are received but not listed: one of another multiplex has the same triplet.
+    std::vector<Service> LeftOut() const;
     std::optional<Service> Find(unsigned int id) const;
+    // As it was last known, also when it is not broadcast any more.
+    std::optional<Service> Describe(unsigned int id) const;
     std::optional<Service> FindTriplet(int onid, int tsid, int sid) const;
+    // Among the transport streams of the networks. `service` is written when one is found.
+    Delivery FindDelivered(const DeliverySystem& wanted, int sid, std::optional<Service>& service) const;
     // The service `steps` places after the one with this id among those that a viewer zaps through.
     std::optional<Service> Neighbour(unsigned int id, int steps) const;
     // What a television shows first.
@@ -43,16 +59,22 @@ public:
     std::vector<Programme> Programmes(unsigned int id) const;
     // The events behind Programmes, to see whether they changed.
     std::vector<Event> Events(unsigned int id) const;
-    // The descriptors of all transport streams of the network.
-    std::optional<NetworkTable> Network() const;
 
 private:
-    std::shared_ptr<const Tables> CurrentTables() const;
+    // Where a service comes from, and what the tables there say.
+    struct Source {
+        ServicePlace place;
+        std::shared_ptr<const Tables> tables;
+    };
+    std::optional<Source> SourceOf(unsigned int id) const;
+    MultiplexTables CurrentTables() const;
 
     mutable std::mutex m_mutex;
-    std::shared_ptr<const Tables> m_tables = std::make_shared<Tables>();
-    std::vector<Service> m_services;
+    MultiplexTables m_tables;
+    ServiceListing m_listing;
+    std::map<unsigned int, Service> m_known;  // by id
     ServiceIds m_ids;
+    std::string m_country;
 };
 
 }  // namespace television

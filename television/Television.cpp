@@ -34,12 +34,12 @@ std::vector<Service> Television::Services() {
 
 std::optional<Service> Television::FindService(unsigned int id) {
     const auto set = Core::Instance().Set();
-    return set ? set->Directory().Find(id) : std::nullopt;
+    return set ? set->Directory().Describe(id) : std::nullopt;
 }
 
 std::optional<Service> Television::CurrentService() {
     const auto set = Core::Instance().Set();
-    return set ? set->Directory().Find(set->ThePresentation().Selected()) : std::nullopt;
+    return set ? set->Directory().Describe(set->ThePresentation().Selected()) : std::nullopt;
 }
 
 std::vector<Programme> Television::Programmes(unsigned int id) {

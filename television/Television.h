@@ -22,6 +22,7 @@ struct Configuration {
     bool sound = true;          // false: decode sound, play it to nobody
     std::string soundFile;      // in place of a sound device: 16-bit little-endian samples, 48,000 pairs a second
     std::string audioLanguage;  // the viewer's preferred one, three letters; empty: the service's first
+    std::string country;        // the viewer's, three letters, of which ratings are told; empty: the first one's
 };
 
 enum class ServiceType { Television = 0, Radio = 1, Other = 2 };
@@ -99,6 +100,7 @@ public:
 
     // All threads. In the order of the logical channel numbers, hidden services included.
     std::vector<Service> Services();
+    // Also one that is not broadcast any more, as it was.
     std::optional<Service> FindService(unsigned int id);
     // What the television shows or is tuning to.
     std::optional<Service> CurrentService();

@@ -14,29 +14,6 @@ enum DsdResult : int { kFound = 0, kMalformed = 1, kUnsupported = 2, kUndecided 
 
 bool IsDvb(int idType) { return idType == -1 || (idType >= kFirstDvbIdType && idType <= kLastDvbIdType); }
 
-// True when one of the network's transport streams is broadcast in this way. `kind` becomes true when one of them at
-// least uses the same kind of delivery.
-bool IsOfNetwork(const NetworkTable& network, const DeliverySystem& wanted, bool& kind) {
-    for (const auto& stream : network.streams) {
-        const Descriptor* descriptor = FindDeliverySystem(stream.descriptors);
-        DeliverySystem system;
-        if (!descriptor || ParseDeliverySystem(Raw(*descriptor), system) != DsdFault::None) continue;
-        kind = kind || system.tag == wanted.tag;
-        if (system == wanted) return true;
-    }
-    return false;
-}
-
-// Only the services of the stream that is received are known.
-std::optional<Service> FindOnStream(ServiceDirectory& directory, const DeliverySystem& wanted, int sid) {
-    for (const Service& service : directory.Services()) {
-        DeliverySystem system;
-        if (service.sid == sid && ParseDeliverySystem(service.dsd, system) == DsdFault::None && system == wanted)
-            return service;
-    }
-    return std::nullopt;
-}
-
 template <class Record>
 std::vector<Record> List(ComponentType type, bool activeOnly) {
     std::vector<Record> records;
@@ -130,12 +107,10 @@ int BroadcastPlayer::GetChannelFromDSD(int idType, const std::string& dsd, int s
     const DsdFault fault = ParseDeliverySystem(dsd, wanted);
     if (fault == DsdFault::Malformed) return kMalformed;
     const auto set = Core::Instance().Set();
-    const auto network = set ? set->Directory().Network() : std::nullopt;
-    if (fault == DsdFault::Unsupported || !IsDvb(idType) || !network) return kUnsupported;
-    bool kind = false;
-    if (!IsOfNetwork(*network, wanted, kind)) return kind ? kUndecided : kUnsupported;
-    const auto service = FindOnStream(set->Directory(), wanted, sid);
-    if (!service) return kUndecided;
+    if (fault == DsdFault::Unsupported || !IsDvb(idType) || !set) return kUnsupported;
+    std::optional<Service> service;
+    const Delivery delivery = set->Directory().FindDelivered(wanted, sid, service);
+    if (delivery != Delivery::Found) return delivery == Delivery::OtherKind ? kUnsupported : kUndecided;
     channelId = ChannelCache::TheCache().Hold(service->id);
     return kFound;
 }

@@ -2,20 +2,20 @@
 #include "television/tables/DeliverySystem.h"
 
 #include <algorithm>
+#include <span>
+#include <utility>
 
 #include "television/tables/DescriptorTags.h"
-#include "television/tables/DvbTime.h"
 
 namespace television {
 namespace {
 
 constexpr std::size_t kHeader = 2;
-constexpr std::size_t kBodyLength = 11;  // of all three kinds
 constexpr int kDvbC = 10, kDvbS = 11, kDvbT = 12, kDvbSiDirect = 13, kDvbC2 = 14, kDvbS2 = 15, kDvbT2 = 16;
 
-std::uint32_t Read32(const std::string& bytes, std::size_t at) {
+std::uint32_t Read(std::span<const std::uint8_t> bytes) {
     std::uint32_t value = 0;
-    for (std::size_t i = at; i < at + 4; ++i) value = value << 8 | static_cast<std::uint8_t>(bytes[i]);
+    for (const std::uint8_t byte : bytes) value = value << 8 | byte;
     return value;
 }
 
@@ -25,8 +25,94 @@ bool IsBcd(std::uint32_t value) {
     return true;
 }
 
-bool IsKnown(std::uint8_t tag) {
-    return tag == kCableDeliveryTag || tag == kSatelliteDeliveryTag || tag == kTerrestrialDeliveryTag;
+using Body = std::span<const std::uint8_t>;
+
+bool ReadTerrestrial(Body body, DeliverySystem& system) {
+    if (body.size() != 11) return false;
+    system.frequencies = {Read(body.first(4))};
+    return true;
+}
+
+bool ReadCable(Body body, DeliverySystem& system) {
+    return ReadTerrestrial(body, system) && IsBcd(*system.frequencies.begin());
+}
+
+// Position (16 bits), east or west (1) and polarization (2); the rest of that byte is modulation.
+bool ReadSatellite(Body body, DeliverySystem& system) {
+    if (!ReadCable(body, system)) return false;
+    system.place = Read(body.subspan(4, 3)) & 0xffffe0;
+    return IsBcd(system.place >> 8);
+}
+
+// The frequencies of DVB-T2's cells: with time-frequency slicing several of each, and transposers beside them.
+bool ReadCells(Body rest, bool sliced, DeliverySystem& system) {
+    while (!rest.empty()) {
+        if (rest.size() < 3) return false;
+        const std::size_t length = sliced ? rest[2] : 4, head = sliced ? 3 : 2;
+        if (length % 4 != 0 || rest.size() < head + length + 1) return false;
+        for (std::size_t at = head; at < head + length; at += 4) system.frequencies.insert(Read(rest.subspan(at, 4)));
+        const std::size_t transposers = rest[head + length];
+        if (transposers % 5 != 0 || rest.size() < head + length + 1 + transposers) return false;
+        for (std::size_t at = head + length + 1; at < head + length + 1 + transposers; at += 5)
+            system.frequencies.insert(Read(rest.subspan(at + 1, 4)));
+        rest = rest.subspan(head + length + 1 + transposers);
+    }
+    return true;
+}
+
+// ETSI EN 300 468, clause 6.4.6.3: it may end behind the system's id.
+bool ReadT2(Body body, DeliverySystem& system) {
+    if (body.size() < 4) return false;
+    system.place = Read(body.subspan(1, 3));
+    if (body.size() == 4) return true;
+    return body.size() >= 6 && ReadCells(body.subspan(6), body[5] & 1, system);
+}
+
+// ETSI EN 300 468, clause 6.4.6.1.
+bool ReadC2(Body body, DeliverySystem& system) {
+    if (body.size() != 8) return false;
+    system.place = Read(body.subspan(1, 2));
+    system.frequencies = {Read(body.subspan(3, 4))};
+    return true;
+}
+
+struct Kind {
+    std::uint8_t tag, extension;
+    int codingType;  // of the frequency_list_descriptor, 0 for none
+    bool (*read)(Body, DeliverySystem&);
+};
+constexpr Kind kKinds[] = {{kTerrestrialDeliveryTag, 0, 3, ReadTerrestrial},
+                           {kCableDeliveryTag, 0, 2, ReadCable},
+                           {kSatelliteDeliveryTag, 0, 1, ReadSatellite},
+                           {kExtensionTag, kT2DeliveryExtension, 0, ReadT2},
+                           {kExtensionTag, kC2DeliveryExtension, 0, ReadC2}};
+
+const Kind* FindKind(std::uint8_t tag, Body body) {
+    const std::uint8_t extension = tag == kExtensionTag && !body.empty() ? body[0] : 0;
+    const auto found = std::find_if(std::begin(kKinds), std::end(kKinds), [=](const Kind& kind) {
+        return kind.tag == tag && kind.extension == extension;
+    });
+    return found == std::end(kKinds) ? nullptr : found;
+}
+
+DsdFault Parse(std::uint8_t tag, Body body, DeliverySystem& system) {
+    const Kind* kind = FindKind(tag, body);
+    if (!kind) return DsdFault::Unsupported;
+    DeliverySystem read{.tag = tag, .extension = kind->extension};
+    if (!kind->read(body, read)) return DsdFault::Malformed;
+    system = std::move(read);
+    return DsdFault::None;
+}
+
+// Other frequencies of the same stream.
+void AddFrequencies(const Descriptors& descriptors, DeliverySystem& system) {
+    const Kind* kind = FindKind(system.tag, Body(&system.extension, 1));
+    for (const Descriptor& descriptor : descriptors) {
+        if (descriptor.tag != kFrequencyListTag || descriptor.data.empty()) continue;
+        if ((descriptor.data[0] & 3) != kind->codingType) continue;
+        for (std::size_t at = 1; at + 4 <= descriptor.data.size(); at += 4)
+            system.frequencies.insert(Read(Body(descriptor.data).subspan(at, 4)));
+    }
 }
 
 const Descriptor* FindExtension(const Descriptors& descriptors, std::uint8_t extension) {
@@ -38,22 +124,32 @@ const Descriptor* FindExtension(const Descriptors& descriptors, std::uint8_t ext
 
 }  // namespace
 
+bool SameKind(const DeliverySystem& a, const DeliverySystem& b) {
+    return a.tag == b.tag && a.extension == b.extension;
+}
+
+bool SameStream(const DeliverySystem& a, const DeliverySystem& b) {
+    if (!SameKind(a, b) || a.place != b.place) return false;
+    return a.frequencies.empty() || b.frequencies.empty() ||
+           std::any_of(a.frequencies.begin(), a.frequencies.end(),
+                       [&](std::uint32_t frequency) { return b.frequencies.contains(frequency); });
+}
+
 DsdFault ParseDeliverySystem(const std::string& descriptor, DeliverySystem& system) {
-    if (descriptor.size() < kHeader || descriptor.size() - kHeader != static_cast<std::uint8_t>(descriptor[1]))
-        return DsdFault::Malformed;
-    const auto tag = static_cast<std::uint8_t>(descriptor[0]);
-    if (!IsKnown(tag)) return DsdFault::Unsupported;
-    if (descriptor.size() - kHeader != kBodyLength) return DsdFault::Malformed;
-    const std::uint32_t frequency = Read32(descriptor, kHeader);
-    if (tag == kTerrestrialDeliveryTag) {
-        system = {tag, frequency, 0};
-        return DsdFault::None;
+    const Body bytes(reinterpret_cast<const std::uint8_t*>(descriptor.data()), descriptor.size());
+    if (bytes.size() < kHeader || bytes.size() - kHeader != bytes[1]) return DsdFault::Malformed;
+    return Parse(bytes[0], bytes.subspan(kHeader), system);
+}
+
+std::vector<DeliverySystem> ListDeliverySystems(const Descriptors& descriptors) {
+    std::vector<DeliverySystem> systems;
+    for (const Descriptor& descriptor : descriptors) {
+        DeliverySystem system;
+        if (Parse(descriptor.tag, descriptor.data, system) != DsdFault::None) continue;
+        AddFrequencies(descriptors, system);
+        systems.push_back(std::move(system));
     }
-    if (!IsBcd(frequency)) return DsdFault::Malformed;
-    // A satellite's position (16 bits), side (1) and polarization (2); the rest of that byte is modulation.
-    const std::uint32_t orbit = tag == kSatelliteDeliveryTag ? Read32(descriptor, kHeader + 4) >> 8 & 0xffffe0 : 0;
-    system = {tag, FromBcd(frequency, 8), orbit};
-    return DsdFault::None;
+    return systems;
 }
 
 const Descriptor* FindDeliverySystem(const Descriptors& descriptors) {

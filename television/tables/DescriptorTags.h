@@ -21,6 +21,7 @@ enum DescriptorTag : std::uint8_t {
     kSubtitlingTag = 0x59,
     kTerrestrialDeliveryTag = 0x5a,
     kPrivateDataSpecifierTag = 0x5f,
+    kFrequencyListTag = 0x62,
     kAc3Tag = 0x6a,
     kSatelliteS2DeliveryTag = 0x79,
     kEnhancedAc3Tag = 0x7a,

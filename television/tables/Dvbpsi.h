@@ -14,7 +14,6 @@ extern "C" {
 
 #include <dvbpsi/demux.h>
 
-#include <dvbpsi/eit.h>
 #include <dvbpsi/nit.h>
 #include <dvbpsi/pat.h>
 #include <dvbpsi/pmt.h>

@@ -1,8 +1,8 @@
-// Services from PAT, SDT and NIT, programmes from EIT.
+// Services from PAT, SDT and NIT.
 #include "television/tables/ServiceList.h"
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 #include "television/tables/Components.h"
 #include "television/tables/DeliverySystem.h"
@@ -42,15 +42,6 @@ std::map<std::uint16_t, ChannelNumber> ReadNumbers(const NetworkTable::Entry& st
     return numbers;
 }
 
-// A text with its length before it, at `at`, which moves behind it.
-std::string ReadText(const std::vector<std::uint8_t>& data, std::size_t& at) {
-    if (at >= data.size()) return "";
-    const std::size_t length = std::min<std::size_t>(data[at], data.size() - at - 1);
-    const std::span text(data.data() + at + 1, length);
-    at += 1 + length;
-    return DecodeText(text);
-}
-
 // ETSI EN 300 468, table 87: service types.
 ServiceType TypeOf(std::uint8_t serviceType) {
     constexpr std::uint8_t radio[] = {0x02, 0x0a};
@@ -68,8 +59,8 @@ void ReadServiceDescriptor(const Descriptor& descriptor, Service& service) {
     service.type = TypeOf(descriptor.data[0]);
     service.hd = IsHd(descriptor.data[0]);
     std::size_t at = 1;
-    service.provider = ReadText(descriptor.data, at);
-    service.name = ReadText(descriptor.data, at);
+    service.provider = ReadCountedText(descriptor.data, at);
+    service.name = ReadCountedText(descriptor.data, at);
 }
 
 // Without a description the components tell what kind of service it is.
@@ -113,14 +104,23 @@ std::vector<std::uint16_t> ListSids(const Tables& tables) {
     return sids;
 }
 
+// The entry of the transport stream of `tables` in the network table of `source`.
+const NetworkTable::Entry* FindStream(const Tables& tables, const Tables& source) {
+    if (!source.network || !tables.association) return nullptr;
+    for (const auto& stream : source.network->streams)
+        if (stream.tsid == tables.association->tsid && (!tables.description || tables.description->onid == stream.onid))
+            return &stream;
+    return nullptr;
+}
+
 // What all services of the stream have in common.
-Service DescribeStream(const Tables& tables) {
+Service DescribeStream(const Tables& tables, const NetworkTable::Entry* stream) {
     Service service;
     service.tsid = tables.association ? tables.association->tsid : 0;
     service.onid = tables.description ? tables.description->onid : 0;
     service.nid = tables.network ? tables.network->nid : 0;
     service.idType = IdTypeOf({});
-    if (const auto* stream = FindRunningStream(tables)) {
+    if (stream) {
         service.onid = stream->onid;
         service.idType = IdTypeOf(stream->descriptors);
         if (const Descriptor* dsd = FindDeliverySystem(stream->descriptors)) service.dsd = Raw(*dsd);
@@ -128,72 +128,20 @@ Service DescribeStream(const Tables& tables) {
     return service;
 }
 
-// Without a number last, else by number.
-bool ComesBefore(const Service& a, const Service& b) {
-    if ((a.number == 0) != (b.number == 0)) return b.number == 0;
-    return a.number < b.number;
+bool HasTriplet(const std::vector<Service>& services, const Service& wanted) {
+    return std::any_of(services.begin(), services.end(), [&](const Service& service) {
+        return service.onid == wanted.onid && service.tsid == wanted.tsid && service.sid == wanted.sid;
+    });
 }
 
-void ReadRatings(const Descriptor& descriptor, Programme& programme) {
-    for (std::size_t at = 0; at + 4 <= descriptor.data.size(); at += 4)
-        programme.ratings.push_back({std::string(descriptor.data.begin() + static_cast<std::ptrdiff_t>(at),
-                                                 descriptor.data.begin() + static_cast<std::ptrdiff_t>(at + 3)),
-                                     descriptor.data[at + 3]});
-}
-
-void ReadShortEvent(const Descriptor& descriptor, Programme& programme) {
-    std::size_t at = 3;
-    programme.name = ReadText(descriptor.data, at);
-    programme.description = ReadText(descriptor.data, at);
-}
-
-// One part of the long description: behind its items.
-void ReadExtendedEvent(const Descriptor& descriptor, Programme& programme) {
-    constexpr std::size_t kItemsLengthAt = 4;
-    if (descriptor.data.size() <= kItemsLengthAt) return;
-    std::size_t at = kItemsLengthAt + 1 + descriptor.data[kItemsLengthAt];
-    programme.longDescription += ReadText(descriptor.data, at);
-}
-
-Programme Describe(const Event& event, unsigned int channelId) {
-    Programme programme;
-    programme.channelId = channelId;
-    programme.eventId = event.id;
-    programme.startTime = event.start;
-    programme.duration = event.duration;
-    for (const Descriptor& descriptor : event.descriptors) {
-        programme.descriptors.push_back(Raw(descriptor));
-        if (descriptor.tag == kShortEventTag)
-            ReadShortEvent(descriptor, programme);
-        else if (descriptor.tag == kExtendedEventTag)
-            ReadExtendedEvent(descriptor, programme);
-        else if (descriptor.tag == kParentalRatingTag)
-            ReadRatings(descriptor, programme);
-    }
-    return programme;
-}
-
-}  // namespace
-
-unsigned int ServiceIds::Of(std::uint16_t sid) {
-    return m_ids.try_emplace(sid, static_cast<unsigned int>(m_ids.size() + 1)).first->second;
-}
-
-const NetworkTable::Entry* FindRunningStream(const Tables& tables) {
-    if (!tables.network || !tables.association) return nullptr;
-    for (const auto& stream : tables.network->streams)
-        if (stream.tsid == tables.association->tsid && (!tables.description || tables.description->onid == stream.onid))
-            return &stream;
-    return nullptr;
-}
-
-std::vector<Service> ListServices(const Tables& tables, ServiceIds& ids) {
-    const auto* stream = FindRunningStream(tables);
+std::vector<Service> ListMultiplex(const MultiplexTables& multiplexes, std::size_t index, ServiceIds& ids) {
+    const Tables& tables = *multiplexes[index];
+    const auto* stream = FindRunningStream(tables, multiplexes);
     const auto numbers = stream ? ReadNumbers(*stream) : std::map<std::uint16_t, ChannelNumber>{};
     std::vector<Service> services;
     for (const std::uint16_t sid : ListSids(tables)) {
-        Service service = DescribeStream(tables);
-        service.id = ids.Of(sid);
+        Service service = DescribeStream(tables, stream);
+        service.id = ids.Of({index, sid});
         service.sid = sid;
         Describe(tables, service);
         if (service.name.empty()) service.name = "Service " + std::to_string(sid);
@@ -203,16 +151,46 @@ std::vector<Service> ListServices(const Tables& tables, ServiceIds& ids) {
         }
         services.push_back(std::move(service));
     }
-    std::stable_sort(services.begin(), services.end(), ComesBefore);
     return services;
 }
 
-std::vector<Programme> ListProgrammes(const Tables& tables, const Service& service) {
-    std::vector<Programme> programmes;
-    const auto events = tables.events.find(service.sid);
-    if (events == tables.events.end()) return programmes;
-    for (const Event& event : events->second) programmes.push_back(Describe(event, service.id));
-    return programmes;
+// Without a number last, else by number.
+bool ComesBefore(const Service& a, const Service& b) {
+    if ((a.number == 0) != (b.number == 0)) return b.number == 0;
+    return a.number < b.number;
+}
+
+}  // namespace
+
+unsigned int ServiceIds::Of(const ServicePlace& place) {
+    const auto found = std::find(m_places.begin(), m_places.end(), place);
+    const auto index = found - m_places.begin();
+    if (found == m_places.end()) m_places.push_back(place);
+    return static_cast<unsigned int>(index + 1);
+}
+
+std::optional<ServicePlace> ServiceIds::PlaceOf(unsigned int id) const {
+    return id >= 1 && id <= m_places.size() ? std::optional(m_places[id - 1]) : std::nullopt;
+}
+
+const NetworkTable::Entry* FindRunningStream(const Tables& tables, const MultiplexTables& others) {
+    if (const auto* own = FindStream(tables, tables)) return own;
+    for (const auto& other : others)
+        if (const auto* entry = FindStream(tables, *other)) return entry;
+    return nullptr;
+}
+
+ServiceListing ListServices(const MultiplexTables& multiplexes, ServiceIds& ids) {
+    ServiceListing listing;
+    for (std::size_t i = 0; i < multiplexes.size(); ++i)
+        for (Service& service : ListMultiplex(multiplexes, i, ids))
+            (HasTriplet(listing.services, service) ? listing.leftOut : listing.services).push_back(std::move(service));
+    std::stable_sort(listing.services.begin(), listing.services.end(), ComesBefore);
+    return listing;
+}
+
+std::vector<Service> ListServices(const Tables& tables, ServiceIds& ids) {
+    return ListServices({std::make_shared<Tables>(tables)}, ids).services;
 }
 
 }  // namespace television

@@ -3,14 +3,13 @@
 
 #include <algorithm>
 
-#include "television/tables/DvbTime.h"
 #include "television/tables/Dvbpsi.h"
 
 namespace television {
 namespace {
 
 constexpr std::uint16_t kPatPid = 0x00, kNitPid = 0x10, kSdtPid = 0x11, kEitPid = 0x12;
-constexpr std::uint8_t kNitActual = 0x40, kSdtActual = 0x42, kEitPresentActual = 0x4e;
+constexpr std::uint8_t kNitActual = 0x40, kSdtActual = 0x42;
 // A stream may invent a service for each section; so many we believe.
 constexpr std::size_t kLargestServiceCount = 1024;
 
@@ -53,14 +52,6 @@ NetworkTable Copy(const dvbpsi_nit_t& nit) {
     return table;
 }
 
-std::vector<Event> Copy(const dvbpsi_eit_t& eit) {
-    std::vector<Event> events;
-    for (const auto* event = eit.p_first_event; event; event = event->p_next)
-        events.push_back({event->i_event_id, UnixTime(event->i_start_time), Seconds(event->i_duration),
-                          Copy(event->p_first_descriptor)});
-    return events;
-}
-
 }  // namespace
 
 // One of libdvbpsi's decoders with the packets' PID that it is for.
@@ -99,19 +90,11 @@ struct TableReader::Callbacks {
         if (nit->b_current_next) reader.Accept(reader.m_tables.network, std::optional(Copy(*nit)));
         dvbpsi_nit_delete(nit);
     }
-    static void Events(void* decoder, dvbpsi_eit_t* eit) {
-        auto& reader = static_cast<Decoder*>(decoder)->reader;
-        if (eit->b_current_next && reader.m_tables.events.size() < kLargestServiceCount)
-            reader.Accept(reader.m_tables.events[eit->i_extension], Copy(*eit));
-        dvbpsi_eit_delete(eit);
-    }
     static void Subtable(dvbpsi_t* handle, std::uint8_t table, std::uint16_t extension, void* decoder) {
         if (table == kSdtActual)
             dvbpsi_sdt_attach(handle, table, extension, Description, decoder);
         else if (table == kNitActual)
             dvbpsi_nit_attach(handle, table, extension, Network, decoder);
-        else if (table == kEitPresentActual)
-            dvbpsi_eit_attach(handle, table, extension, Events, decoder);
     }
 };
 
@@ -119,7 +102,8 @@ TableReader::TableReader(std::function<void(const Tables&)> changed) : m_changed
     Decoder& association = Add(kPatPid);
     dvbpsi_pat_attach(association.handle, Callbacks::Association, &association);
     association.detach = dvbpsi_pat_detach;
-    for (const std::uint16_t pid : {kNitPid, kSdtPid, kEitPid}) AddSubtables(pid);
+    for (const std::uint16_t pid : {kNitPid, kSdtPid}) AddSubtables(pid);
+    m_wanted[kEitPid] = true;
 }
 
 TableReader::~TableReader() = default;
@@ -146,6 +130,10 @@ void TableReader::AddSubtables(std::uint16_t pid) {
 void TableReader::Push(const std::uint8_t* packet) {
     const std::uint16_t pid = PidOf(packet);
     if (!m_wanted[pid] || (packet[1] & 0x80) || IsScrambled(packet)) return;
+    if (pid == kEitPid)
+        m_events.Push(packet, [this](std::uint16_t sid, std::vector<Event> events) {
+            Accept(m_tables.events[sid], std::move(events));
+        });
     // By index: a table that is decoded here can add decoders.
     for (std::size_t i = 0; i < m_decoders.size(); ++i)
         if (m_decoders[i]->pid == pid && !m_decoders[i]->ended)

@@ -1,4 +1,5 @@
-// Reads the tables from the packets of a transport stream, with libdvbpsi.
+// Reads the tables from the packets of a transport stream: the EIT itself (libdvbpsi does not tell the present event
+// from the following one), the others with libdvbpsi.
 #pragma once
 
 #include <array>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "television/stream/TransportPacket.h"
+#include "television/tables/EventSections.h"
 #include "television/tables/Tables.h"
 
 struct dvbpsi_s;
@@ -39,6 +41,7 @@ private:
 
     std::function<void(const Tables&)> m_changed;
     Tables m_tables;
+    EventSections m_events;
     std::vector<std::unique_ptr<Decoder>> m_decoders;
     std::array<bool, kPids> m_wanted{};
 };

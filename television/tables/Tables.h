@@ -71,8 +71,9 @@ struct NetworkTable {  // NIT
 
 struct Event {
     std::uint16_t id = 0;
-    std::int64_t start = 0;     // seconds since 1970, UTC
-    std::int64_t duration = 0;  // seconds
+    bool following = false;     // else present
+    std::int64_t start = 0;     // seconds since 1970, UTC; 0 when the stream does not tell it
+    std::int64_t duration = 0;  // seconds; 0 when the stream does not tell it
     Descriptors descriptors;
     bool operator==(const Event&) const = default;
 };
@@ -82,7 +83,7 @@ struct Tables {
     std::map<std::uint16_t, MapTable> maps;  // by sid
     std::optional<DescriptionTable> description;
     std::optional<NetworkTable> network;
-    std::map<std::uint16_t, std::vector<Event>> events;  // by sid: the present and the following
+    std::map<std::uint16_t, std::vector<Event>> events;  // by sid: the present and the following one
 };
 
 }  // namespace television

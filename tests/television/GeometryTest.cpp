@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "television/Geometry.h"
-#include "television/tables/DeliverySystem.h"
 
 inline bool operator==(const TPTRect& a, const TPTRect& b) {
     return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
@@ -40,35 +39,6 @@ TEST(Geometry, WritesTheRectangleEvenWhenItCannotConvert) {
     TPTRect result{};
     EXPECT_FALSE(Convert({1, 2, 3, 4}, {0, 0, 0, 720}, {0, 0, 1920, 1080}, result));
     EXPECT_EQ(result, (TPTRect{1, 2, 3, 4}));
-}
-
-std::string Descriptor(std::string body, char tag) {
-    body.resize(11, '\0');
-    return std::string{tag, '\x0b'} + body;
-}
-
-TEST(DeliverySystems, AreReadFromTheirThreeDescriptors) {
-    DeliverySystem system;
-    EXPECT_EQ(ParseDeliverySystem(Descriptor("\x03\xae\xfe\x40", '\x5a'), system), DsdFault::None);
-    EXPECT_EQ(system.frequency, 61'800'000u);
-    EXPECT_EQ(ParseDeliverySystem(Descriptor("\x03\x46\x12\x34", '\x44'), system), DsdFault::None);
-    EXPECT_EQ(system.frequency, 3'461'234u);
-    EXPECT_EQ(ParseDeliverySystem(Descriptor("\x01\x17\x56\x12\x01\x92\xe5", '\x43'), system), DsdFault::None);
-    EXPECT_EQ(system.orbit, 0x0192e0u) << "position, east, vertical; the modulation does not count";
-}
-
-TEST(DeliverySystems, AreMalformedWithAWrongLengthOrDigit) {
-    DeliverySystem system;
-    EXPECT_EQ(ParseDeliverySystem("", system), DsdFault::Malformed);
-    EXPECT_EQ(ParseDeliverySystem("\x5a", system), DsdFault::Malformed);
-    EXPECT_EQ(ParseDeliverySystem("\x5a\x0b\x01", system), DsdFault::Malformed);
-    EXPECT_EQ(ParseDeliverySystem("\x5a\x01\x01", system), DsdFault::Malformed);
-    EXPECT_EQ(ParseDeliverySystem(Descriptor("\x0f\xa0\x12\x34", '\x44'), system), DsdFault::Malformed);
-}
-
-TEST(DeliverySystems, AreUnsupportedUnderAnotherTag) {
-    DeliverySystem system;
-    EXPECT_EQ(ParseDeliverySystem(Descriptor("", '\x7f'), system), DsdFault::Unsupported);
 }
 
 }  // namespace

@@ -9,10 +9,12 @@
 #include "television/tables/Components.h"
 #include "television/tables/DescriptorTags.h"
 #include "television/tables/DvbTime.h"
+#include "television/tables/ProgrammeList.h"
 #include "television/tables/SectionCollector.h"
 #include "television/tables/ServiceList.h"
 #include "television/tables/TableReader.h"
 #include "tests/television/Packets.h"
+#include "tests/television/Reading.h"
 
 namespace television::test {
 namespace {
@@ -23,29 +25,6 @@ using demonstration::RepeatedTable;
 using demonstration::Section;
 
 constexpr std::int64_t kNoon = 1'700'049'600;  // a whole minute
-
-// Reads all sections that the tables make at a time.
-class Reading {
-public:
-    // Twice: libdvbpsi knows that an EIT is complete when its first section comes again.
-    void Read(const std::vector<RepeatedTable>& tables, std::int64_t now) {
-        for (int round = 0; round < 2; ++round)
-            for (const RepeatedTable& table : tables)
-                for (const Section& section : table.make(now)) Read(section, table.pid);
-    }
-    void Read(const Section& section, std::uint16_t pid) {
-        Packets packets;
-        demonstration::Packetize(section, pid, m_continuity[pid], packets);
-        for (std::size_t at = 0; at < packets.size(); at += kPacketSize) m_reader.Push(packets.data() + at);
-    }
-    const Tables& Current() const { return m_reader.Current(); }
-    int Changes() const { return m_changes; }
-
-private:
-    int m_changes = 0;
-    std::map<std::uint16_t, std::uint8_t> m_continuity;
-    TableReader m_reader{[this](const Tables&) { ++m_changes; }};
-};
 
 TEST(Sections, EndInACrcThatMakesTheWholeZero) {
     const Section section = MakeSection({.table = 0x42, .extension = 7}, Bytes().Put("body"));
@@ -226,25 +205,6 @@ TEST(ServiceList, TakesTheKindOfNetworkFromTheDeliveryDescriptor) {
     EXPECT_EQ(idType(Bytes().PutDescriptor(kTerrestrialDeliveryTag, eleven)), 12);
     EXPECT_EQ(idType(Bytes().PutDescriptor(kExtensionTag, Bytes().Put8(kT2DeliveryExtension).Put32(0))), 16);
     EXPECT_EQ(idType({}), 13);
-}
-
-TEST(Programmes, HaveTheirTextsTimesAndRatings) {
-    Reading reading;
-    reading.Read(demonstration::Tables(), kNoon);
-    ServiceIds ids;
-    const auto services = ListServices(reading.Current(), ids);
-    const auto programmes = ListProgrammes(reading.Current(), services[2]);
-    ASSERT_EQ(programmes.size(), 2u);
-    const auto french = programmes[0].name == "Café Boréal" ? programmes[0] : programmes[1];
-    const auto film = programmes[0].name == "Café Boréal" ? programmes[1] : programmes[0];
-    EXPECT_EQ(french.description, "Musique et conversation.");
-    EXPECT_TRUE(french.ratings.empty());
-    ASSERT_EQ(film.ratings.size(), 1u);
-    EXPECT_EQ(film.ratings[0].country, "DEU");
-    EXPECT_EQ(film.ratings[0].rating, 9);
-    EXPECT_EQ(programmes[0].channelId, services[2].id);
-    ASSERT_FALSE(programmes[0].descriptors.empty());
-    EXPECT_EQ(programmes[0].descriptors[0][0], '\x4d');
 }
 
 TEST(Components, AreListedFromThePmt) {

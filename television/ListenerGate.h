@@ -16,6 +16,11 @@ public:
         m_listener = listener;
     }
 
+    bool HasListener() {
+        std::lock_guard lock(m_mutex);
+        return m_listener;
+    }
+
     // While this is held no listener call is in progress. What an operation of the player changes while it holds this,
     // no listener call made later can have missed.
     [[nodiscard]] std::unique_lock<std::mutex> Close() { return std::unique_lock(m_mutex); }

@@ -41,6 +41,31 @@ bool Presentation::Continues(unsigned int id) const {
     return m_state.selected == id && underWay && !m_state.suspended;
 }
 
+// Presented, or to be presented but for an obstacle. Under the lock.
+bool Presentation::IsTuned() const {
+    const Phase phase = m_state.phase;
+    return !m_state.suspended && (phase == Phase::Presented || phase == Phase::Blocked || phase == Phase::Scrambled);
+}
+
+// Of the next attempt, by what the listener knows of this one. Under the lock.
+Presentation::Report Presentation::NextReport() const {
+    switch (m_state.phase) {
+        case Phase::Idle:
+            return Report::Nothing;
+        case Phase::Tuning:
+            return m_state.report;
+        case Phase::Presented:
+            return Report::OnlyFailure;
+        case Phase::Failed:
+            return Report::OnlySuccess;
+        case Phase::Blocked:
+            return Report::Unblocking;
+        case Phase::Scrambled:
+            return Report::Unscrambling;
+    }
+    return Report::Nothing;
+}
+
 // Under the lock.
 void Presentation::BeginSession(Report report) {
     ++m_state.session;
@@ -142,8 +167,11 @@ bool Presentation::Resume() {
     std::lock_guard lock(m_mutex);
     if (!std::exchange(m_state.suspended, false) || m_state.phase == Phase::Idle) return true;
     if (!known) return false;
-    const Report reports[] = {Report::Nothing, m_state.report, Report::OnlyFailure, Report::OnlySuccess};
-    BeginSession(reports[static_cast<std::size_t>(m_state.phase)]);
+    // The page's object counts a channel as presented again, unless it knows it as scrambled.
+    const Report report = NextReport();
+    BeginSession(report == Report::Unblocking     ? Report::OnlyFailure
+                 : report == Report::Unscrambling ? Report::OnlySuccess
+                                                  : report);
     PostSession(m_state.session);
     return true;
 }

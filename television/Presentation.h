@@ -11,10 +11,12 @@
 
 #include "television/ComponentChoice.h"
 #include "television/ListenerGate.h"
+#include "television/ParentalLock.h"
 #include "television/Screen.h"
 #include "television/ServiceDirectory.h"
 #include "television/TaskQueue.h"
 #include "television/playback/Decoder.h"
+#include "television/stream/ScramblingWatch.h"
 #include "television/stream/StreamBuffer.h"
 
 namespace television {
@@ -27,6 +29,8 @@ public:
         Screen& screen;
         ListenerGate& gate;
         TaskQueue& queue;
+        const ParentalLock& lock;
+        const ScramblingWatch& scrambling;
         std::function<void()> channelChanged;  // Selected answers differently
     };
     // `language`: the viewer's preferred one for sound, three letters or empty.
@@ -68,15 +72,18 @@ public:
     // What the receiver found. On the television's thread, as is Close, which ends all decoding.
     void Close() { CloseDecoder(); }
     void TablesChanged();
+    // The parental lock, or what is scrambled, is another: the channel may have to be blocked, or may be presented.
+    void Reconsider();
     void StreamBroke();
     void SignalLost();
     void SignalReturned();
 
 private:
     using Clock = std::chrono::steady_clock;
-    enum class Phase { Idle, Tuning, Presented, Failed };
-    // What the listener is told of the session's outcome.
-    enum class Report { Nothing, Channel, OnlyFailure, OnlySuccess };
+    enum class Phase { Idle, Tuning, Presented, Failed, Blocked, Scrambled };
+    // What the listener is told of the session's outcome. The last four follow from what it knows: that the channel is
+    // presented, failed, is blocked by the parental lock, is scrambled.
+    enum class Report { Nothing, Channel, OnlyFailure, OnlySuccess, Unblocking, Unscrambling };
     enum class Fault { NoPicture, NotInStream };
 
     // Each operation of the page or the viewer is a request: a report of an older one is not given any more. Each
@@ -99,6 +106,8 @@ private:
     bool Choose(ComponentType type, unsigned int index, ChoiceOperation operation);
     bool Step(int steps, const std::function<bool(unsigned int)>& select);
     bool Continues(unsigned int id) const;
+    Report NextReport() const;
+    bool IsTuned() const;
     void BeginSession(Report report);
     void Halt(bool deselect);
     void PostSession(std::uint64_t session);
@@ -112,11 +121,20 @@ private:
     void OpenDecoder(std::uint64_t session);
     DecoderEvents Events(std::uint64_t session, bool hasVideo);
     DecoderPlan PlanOf(const Route& route) const;
+    // What the presentation begins with: the picture, or a sound where there is none.
+    static std::optional<Component> AccessOf(const DecoderPlan& plan);
     void ApplyChoice();
     void CloseDecoder();
     void CloseUnless(std::uint64_t session);
     void Succeed(std::uint64_t session, Clock::time_point when);
     void Fail(std::uint64_t session, Fault fault);
+    std::optional<Phase> Obstacle() const;
+    void Obstruct(std::uint64_t session, Phase obstacle);
+    void ReportBlocked(Report report, std::uint64_t request, unsigned int id);
+    void ReportScrambled(Report report, std::uint64_t request, unsigned int id);
+    void TellClear(std::uint64_t request);
+    std::uint16_t CaSystemId() const;
+    void TellAboutProgramme(std::uint64_t request);
     void SoundFailed(std::uint64_t session);
     void DecodingFailed(std::uint64_t session);
     void ReportSuccess(Report report, std::uint64_t request, unsigned int id);
@@ -134,6 +152,10 @@ private:
     std::unique_ptr<Decoder> m_decoder;
     std::uint16_t m_videoPid = kNullPid;  // that it decodes
     Route m_route;
+    std::uint64_t m_routeSession = 0;  // that m_route is of
+    // The listener that knows the channel as scrambled, and by which CA system.
+    const IBroadcastPlayerListener* m_knowsScrambled = nullptr;
+    std::uint16_t m_scrambledBy = 0;
     unsigned int m_watchedId = 0;
     std::vector<Event> m_watchedEvents;
     std::optional<std::uint8_t> m_toldRating;

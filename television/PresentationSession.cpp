@@ -23,16 +23,7 @@ std::optional<Component> FirstOf(const Route& route, ComponentType type) {
     return std::nullopt;
 }
 
-// What the presentation begins with: the picture, or a sound where there is none.
-std::optional<Component> AccessOf(const DecoderPlan& plan) {
-    if (plan.video || plan.sounds.empty()) return plan.video;
-    const auto heard = std::find_if(plan.sounds.begin(), plan.sounds.end(),
-                                    [&](const Component& sound) { return sound.pid == plan.heard; });
-    return heard == plan.sounds.end() ? plan.sounds.front() : *heard;
-}
-
-ServiceSelection SelectionOf(const Route& route, const DecoderPlan& plan) {
-    const auto access = AccessOf(plan);
+ServiceSelection SelectionOf(const Route& route, const DecoderPlan& plan, const std::optional<Component>& access) {
     ServiceSelection selection;
     selection.tablePid = route.mapPid;
     selection.accessPid = access ? access->pid : kNullPid;
@@ -67,8 +58,13 @@ void Presentation::RunSession(std::uint64_t session) {
     m_around.screen.Continue(session);
     CloseDecoder();
     m_route = m_around.directory.RouteTo(Selected());
+    m_routeSession = session;
     if (m_route.state == Route::State::NotInStream) {
         Fail(session, Fault::NotInStream);
+        return;
+    }
+    if (const auto obstacle = Obstacle()) {
+        Obstruct(session, *obstacle);
         return;
     }
     if (m_route.state == Route::State::Ready) OpenDecoder(session);
@@ -81,9 +77,8 @@ void Presentation::Restart() {
     {
         std::lock_guard lock(m_mutex);
         if (m_state.phase == Phase::Idle || m_state.suspended) return;
-        const Report reports[] = {Report::Nothing, m_state.report, Report::OnlyFailure, Report::OnlySuccess};
         const auto since = m_state.phase == Phase::Tuning ? m_state.since : Clock::now();
-        BeginSession(reports[static_cast<std::size_t>(m_state.phase)]);
+        BeginSession(NextReport());
         m_state.since = since;
         session = m_state.session;
     }
@@ -105,13 +100,20 @@ DecoderPlan Presentation::PlanOf(const Route& route) const {
     return plan;
 }
 
+std::optional<Component> Presentation::AccessOf(const DecoderPlan& plan) {
+    if (plan.video || plan.sounds.empty()) return plan.video;
+    const auto heard = std::find_if(plan.sounds.begin(), plan.sounds.end(),
+                                    [&](const Component& sound) { return sound.pid == plan.heard; });
+    return heard == plan.sounds.end() ? plan.sounds.front() : *heard;
+}
+
 void Presentation::OpenDecoder(std::uint64_t session) {
     const DecoderPlan plan = PlanOf(m_route);
     ApplyChoice();
     m_videoPid = plan.video ? plan.video->pid : kNullPid;
     m_decoder = std::make_unique<Decoder>(plan, Events(session, plan.video.has_value()));
     m_around.buffer.Attach(
-        SelectionOf(m_route, plan),
+        SelectionOf(m_route, plan, AccessOf(plan)),
         [decoder = m_decoder.get()](std::vector<std::uint8_t>&& packets) { decoder->Feed(std::move(packets)); });
 }
 
@@ -189,9 +191,7 @@ void Presentation::Succeed(std::uint64_t session, Clock::time_point when) {
 
     Log("Channel " + std::to_string(id) + " is presented, after " + std::to_string(std::lround(duration)) + " ms.");
     ReportSuccess(report, request, id);
-    m_toldRating.reset();
-    WatchProgrammes();
-    TellRating(request);
+    TellAboutProgramme(request);
 }
 
 void Presentation::Fail(std::uint64_t session, Fault fault) {
@@ -215,10 +215,13 @@ void Presentation::ReportSuccess(Report report, std::uint64_t request, unsigned 
              [id](IBroadcastPlayerListener& listener) { listener.TuneSuccess(ChannelCache::TheCache().Hold(id)); });
     else if (report == Report::OnlySuccess)
         Tell(request, [](IBroadcastPlayerListener& listener) { listener.TuneSuccess(0); });
+    else if (report == Report::Unblocking)
+        Tell(request, [id](IBroadcastPlayerListener& listener) { listener.ParentalRatingUnblocked(id); });
+    TellClear(request);
 }
 
 void Presentation::ReportFailure(Report report, Fault fault, std::uint64_t request, unsigned int id) {
-    if (report != Report::Channel && report != Report::OnlyFailure) return;
+    if (report == Report::Nothing || report == Report::OnlySuccess) return;
     Tell(request, [=](IBroadcastPlayerListener& listener) {
         if (fault == Fault::NotInStream)
             listener.ServiceNotAvailable(ChannelCache::TheCache().Hold(id));
@@ -235,13 +238,14 @@ void Presentation::TablesChanged() {
     lock.unlock();
     if (!idle && !m_around.directory.RouteTo(Selected()).SameStreams(m_route)) Restart();
     WatchProgrammes();
+    Reconsider();
 }
 
 void Presentation::StreamBroke() { Restart(); }
 
 void Presentation::SignalLost() {
     std::unique_lock lock(m_mutex);
-    if (m_state.phase != Phase::Presented || m_state.suspended) return;
+    if (!IsTuned()) return;
     m_state.phase = Phase::Failed;
     const std::uint64_t session = ++m_state.session;
     const auto request = m_state.request;
@@ -265,16 +269,23 @@ void Presentation::WatchProgrammes() {
     std::unique_lock lock(m_mutex);
     const auto id = m_state.selected;
     const auto request = m_state.request;
-    const bool presented = m_state.phase == Phase::Presented && !m_state.suspended;
+    const bool tuned = IsTuned();
     lock.unlock();
 
     auto events = m_around.directory.Events(id);
-    const bool changed = presented && m_watchedId == id && events != m_watchedEvents;
+    const bool changed = tuned && m_watchedId == id && events != m_watchedEvents;
     if (m_watchedId != id) m_toldRating.reset();
     m_watchedId = id;
     m_watchedEvents = std::move(events);
     if (!changed) return;
     Tell(request, [](IBroadcastPlayerListener& listener) { listener.ProgrammeChanged(); });
+    TellRating(request);
+}
+
+// What is told of the programme when the channel is tuned to.
+void Presentation::TellAboutProgramme(std::uint64_t request) {
+    m_toldRating.reset();
+    WatchProgrammes();
     TellRating(request);
 }
 

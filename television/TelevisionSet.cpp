@@ -32,8 +32,9 @@ TelevisionSet::TelevisionSet(ListenerGate& gate, const Observer& observer, Sound
                              const std::string& language)
     : m_gate(gate),
       m_observer(observer),
-      m_presentation({m_directory, m_buffer, m_screen, m_gate, m_queue, [this] { ChannelChanged(); }}, std::move(sound),
-                     language),
+      m_presentation({m_directory, m_buffer, m_screen, m_gate, m_queue, m_lock, m_scrambling,
+                      [this] { ChannelChanged(); }},
+                     std::move(sound), language),
       m_events({[this] { return m_directory.RouteTo(m_presentation.Selected()); },
                 [](const CDSMCCStreamEventData& event) { StreamEventCallback::TheCallback().Call(event); }}),
       m_resources(m_presentation, m_gate, m_queue),
@@ -118,8 +119,13 @@ std::optional<std::string> TelevisionSet::ReadTables(const Progress& progress) {
 }
 
 void TelevisionSet::PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) {
-    for (std::size_t at = 0; at < packets.size(); at += kPacketSize) m_tables.Push(packets.data() + at);
+    bool scramblingChanged = false;
+    for (std::size_t at = 0; at < packets.size(); at += kPacketSize) {
+        m_tables.Push(packets.data() + at);
+        scramblingChanged = m_scrambling.Push(packets.data() + at) || scramblingChanged;
+    }
     m_buffer.Write(packets, now);
+    if (scramblingChanged) m_queue.Post([this] { m_presentation.Reconsider(); });
     m_events.PacketsReceived(packets);
     std::lock_guard lock(m_mutex);
     m_reading.streamTime = now;
@@ -153,6 +159,7 @@ void TelevisionSet::TablesRead(const Tables& tables) {
 
 void TelevisionSet::StreamBroke() {
     m_buffer.Clear();
+    m_scrambling.Forget();
     m_queue.Post([this] { m_presentation.StreamBroke(); });
 }
 
@@ -163,6 +170,46 @@ void TelevisionSet::SignalLost() {
 
 void TelevisionSet::SignalReturned() {
     m_queue.Post([this] { m_presentation.SignalReturned(); });
+}
+
+void TelevisionSet::SetLock(std::optional<int> age) {
+    m_lock.Set(age);
+    m_queue.Post([this] { m_presentation.Reconsider(); });
+}
+
+bool TelevisionSet::IsLocked(const Service& service) const {
+    return m_lock.Blocks(service.id, m_directory.Events(service.id));
+}
+
+std::optional<std::string> TelevisionSet::EnterPin(const std::string& pin) {
+    const unsigned int id = m_presentation.Selected();
+    const auto events = m_directory.Events(id);
+    const bool blocked = m_lock.Blocks(id, events);
+    if (!m_lock.Open(pin, id, events)) return "The PIN is wrong: enter the one of this television.";
+    if (!blocked) return "Nothing is blocked: the PIN opens a programme that the parental lock blocks.";
+    m_queue.Post([this] { m_presentation.Reconsider(); });
+    return std::nullopt;
+}
+
+std::optional<std::string> TelevisionSet::SetScrambling(bool on) {
+    if (m_receiver && m_receiver->Scramble(on)) return std::nullopt;
+    return "This stream cannot be scrambled or cleared: only the demonstration can.";
+}
+
+std::optional<std::string> TelevisionSet::TellRights(const Rights& rights) {
+    if (!m_gate.HasListener()) return "No page has the broadcast: open one that binds its object to the channel.";
+    std::uint16_t caSystemId = 0;
+    for (const Component& component : m_directory.RouteTo(m_presentation.Selected()).components)
+        if (component.encrypted && caSystemId == 0) caSystemId = component.caSystemId;
+    caSystemId = rights.caSystemId.value_or(caSystemId);
+    m_queue.Post([=, this] {
+        m_gate.Tell([] { return true; },
+                    [&](IBroadcastPlayerListener& listener) {
+                        if (auto* module = dynamic_cast<ISASListener*>(&listener))
+                            module->OnSASMessageReceived(MessageOf(rights, caSystemId).release());
+                    });
+    });
+    return std::nullopt;
 }
 
 }  // namespace television

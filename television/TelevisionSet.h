@@ -10,6 +10,7 @@
 
 #include "television/Presentation.h"
 #include "television/Resources.h"
+#include "television/Rights.h"
 #include "television/events/StreamEvents.h"
 #include "television/stream/Receiver.h"
 #include "television/tables/TableReader.h"
@@ -36,6 +37,16 @@ public:
     Presentation& ThePresentation() { return m_presentation; }
     StreamEvents& Events() { return m_events; }
     Resources& TheResources() { return m_resources; }
+
+    // The parental lock's age; none: off. And a PIN that the viewer enters: a sentence when it opens nothing.
+    void SetLock(std::optional<int> age);
+    void SetPin(const std::string& pin) { m_lock.SetPin(pin); }
+    bool IsLocked(const Service& service) const;
+    std::optional<std::string> EnterPin(const std::string& pin);
+    // Scrambles what the source has to scramble, or clears it. A sentence when it has nothing of the kind.
+    std::optional<std::string> SetScrambling(bool on);
+    // What a CA module says of the rights to the channel. A sentence when there is nobody to tell it to.
+    std::optional<std::string> TellRights(const Rights& rights);
 
 private:
     // How far the tables have come, as the receiving thread sees it.
@@ -66,6 +77,8 @@ private:
     ServiceDirectory m_directory;
     StreamBuffer m_buffer;
     Screen m_screen;
+    ParentalLock m_lock;
+    ScramblingWatch m_scrambling;
     TaskQueue m_queue;
     Presentation m_presentation;
     StreamEvents m_events;

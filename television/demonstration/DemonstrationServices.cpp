@@ -49,6 +49,15 @@ std::vector<ServiceInfo> Make() {
          0x402,
          {{kMpeg1Audio, 0x402, 1, "eng", 0}},
          {{"Long Wave", "A tone, and nothing but the tone.", 0}, {"Short Wave", "The same tone.", 0}}},
+        {0x6e05,
+         81,
+         kSdTelevision,
+         "Atlas Key",
+         0x600,
+         0x601,
+         {{kH264Video, 0x601, 1, "", 0}, {kMpeg1Audio, 0x602, 2, "eng", 0}},
+         {{"Behind the Door", "For those who have the key.", 0}, {"The Locksmith", "A series.", 0}},
+         true},
     };
 }
 

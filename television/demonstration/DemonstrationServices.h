@@ -29,6 +29,9 @@ struct Programme {
     std::uint8_t rating;  // of parental_rating_descriptor: the age less three, 0 for none
 };
 
+// The CA system of the scrambled service: the European broadcasters' common one, which needs no key messages.
+inline constexpr std::uint16_t kCaSystemId = 0x2600;
+
 struct ServiceInfo {
     std::uint16_t sid;
     int number;
@@ -37,6 +40,7 @@ struct ServiceInfo {
     std::uint16_t mapPid, clockPid;
     std::vector<Stream> streams;
     std::vector<Programme> programmes;  // they follow each other, a minute each, and begin again
+    bool scrambled = false;
 };
 
 // The PIDs of video and audio are those that make-stream gives them.

@@ -3,13 +3,22 @@
 
 #include <chrono>
 
+#include "television/demonstration/DemonstrationServices.h"
 #include "television/demonstration/MessageEvents.h"
 
 namespace television::demonstration {
 namespace {
 
-// The tables that the multiplexer of make-stream writes: PAT, SDT and four PMTs.
-const std::set<std::uint16_t> kReplaced{0x00, 0x11, 0x1100, 0x1101, 0x1102, 0x1103};
+// The tables that the multiplexer of make-stream writes: PAT, SDT and five PMTs.
+const std::set<std::uint16_t> kReplaced{0x00, 0x11, 0x1100, 0x1101, 0x1102, 0x1103, 0x1104};
+
+std::set<std::uint16_t> ScrambledPids() {
+    std::set<std::uint16_t> pids;
+    for (const ServiceInfo& service : Services())
+        for (const Stream& stream : service.streams)
+            if (service.scrambled) pids.insert(stream.pid);
+    return pids;
+}
 
 std::int64_t SecondsSince1970() {
     using namespace std::chrono;
@@ -18,8 +27,10 @@ std::int64_t SecondsSince1970() {
 
 }  // namespace
 
-DemonstrationSource::DemonstrationSource(const std::string& path)
-    : m_file(path), m_injector(Tables(), kReplaced, SecondsSince1970) {
+DemonstrationSource::DemonstrationSource(const std::string& path, TableInjector::WallClock wallClock)
+    : m_file(path),
+      m_injector(Tables(), kReplaced, wallClock ? std::move(wallClock) : SecondsSince1970),
+      m_scrambler(ScrambledPids()) {
     MessageEvents::Instance().Open();
 }
 
@@ -28,7 +39,13 @@ DemonstrationSource::~DemonstrationSource() { MessageEvents::Instance().Close();
 PacketSource::Result DemonstrationSource::Read(std::vector<std::uint8_t>& packets) {
     const Result result = m_file.Read(packets);
     m_injector.Process(packets);
+    m_scrambler.Process(packets);
     return result;
+}
+
+bool DemonstrationSource::Scramble(bool on) {
+    m_scrambler.Switch(on);
+    return true;
 }
 
 }  // namespace television::demonstration

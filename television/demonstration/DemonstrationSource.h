@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "television/demonstration/Scrambler.h"
 #include "television/demonstration/TableInjector.h"
 #include "television/stream/FileSource.h"
 
@@ -10,15 +11,18 @@ namespace television::demonstration {
 
 class DemonstrationSource : public PacketSource {
 public:
-    explicit DemonstrationSource(const std::string& path);
+    // `wallClock` is what the tables tell; by default the machine's.
+    explicit DemonstrationSource(const std::string& path, TableInjector::WallClock wallClock = {});
     ~DemonstrationSource() override;
     std::optional<std::string> Open() override { return m_file.Open(); }
     Result Read(std::vector<std::uint8_t>& packets) override;
     bool NeedsPacing() const override { return m_file.NeedsPacing(); }
+    bool Scramble(bool on) override;
 
 private:
     FileSource m_file;
     TableInjector m_injector;
+    Scrambler m_scrambler;
 };
 
 }  // namespace television::demonstration

@@ -32,9 +32,16 @@ Bytes StreamDescriptors(const Stream& stream) {
     return descriptors;
 }
 
+// The CA system needs no key messages, so no PID has them.
+Bytes ServiceDescriptors(const ServiceInfo& service) {
+    Bytes descriptors;
+    if (service.scrambled) descriptors.PutDescriptor(kCaTag, Bytes().Put16(kCaSystemId).Put16(0xe000 | kNullPid));
+    return descriptors;
+}
+
 Section MapSection(const ServiceInfo& service) {
     Bytes body;
-    body.Put16(0xe000 | service.clockPid).PutLoop({});
+    body.Put16(0xe000 | service.clockPid).PutLoop(ServiceDescriptors(service));
     for (const Stream& stream : service.streams)
         body.Put8(stream.type).Put16(0xe000 | stream.pid).PutLoop(StreamDescriptors(stream));
     return MakeSection({kPmt, service.sid}, body);
@@ -49,7 +56,8 @@ Section DescriptionSection() {
         descriptors.PutDescriptor(kServiceTag,
                                   Bytes().Put8(service.serviceType).PutText(kProvider).PutText(service.name));
         body.Put16(service.sid).Put8(0xfc | kHasPresentFollowing);
-        body.Put16(kRunning << 13 | static_cast<unsigned>(descriptors.Size())).Put(descriptors);
+        const unsigned scrambled = service.scrambled ? 1 << 12 : 0;
+        body.Put16(kRunning << 13 | scrambled | static_cast<unsigned>(descriptors.Size())).Put(descriptors);
     }
     return MakeSection({kSdt, kTsid}, body);
 }

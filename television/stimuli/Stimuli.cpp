@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 #include "television/TelevisionSet.h"
 #include "television/demonstration/MessageEvents.h"
@@ -10,6 +11,23 @@ namespace television {
 namespace {
 
 using Failure = std::optional<std::string>;
+
+// A whole number, hexadecimal behind "0x"; none when the text is anything else.
+std::optional<unsigned int> Number(const std::string& text) {
+    const bool hexadecimal = text.starts_with("0x");
+    unsigned int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data() + (hexadecimal ? 2 : 0), end, number, hexadecimal ? 16 : 10);
+    return read.ec == std::errc() && read.ptr == end ? std::optional(number) : std::nullopt;
+}
+
+// The text up to the first blank, which is taken from it.
+std::string TakeWord(std::string& text) {
+    const auto blank = std::min(text.find(' '), text.size());
+    const std::string word = text.substr(0, blank);
+    text.erase(0, std::min(text.find_first_not_of(' ', blank), text.size()));
+    return word;
+}
 
 Failure Aerial(TelevisionSet& set, const std::string& argument) {
     if (argument != "out" && argument != "in") return "The aerial is \"out\" or \"in\".";
@@ -46,12 +64,39 @@ Failure StreamEvent(TelevisionSet&, const std::string& argument) {
     return demonstration::MessageEvents::Instance().Send(argument);
 }
 
+Failure Lock(TelevisionSet& set, const std::string& argument) {
+    const auto age = Number(argument);
+    if (argument != "off" && (!age || *age > 18)) return "The lock is \"off\" or an age up to 18.";
+    set.SetLock(age ? std::optional(static_cast<int>(*age)) : std::nullopt);
+    return std::nullopt;
+}
+
+Failure Pin(TelevisionSet& set, const std::string& argument) { return set.EnterPin(argument); }
+
+Failure Scrambling(TelevisionSet& set, const std::string& argument) {
+    if (argument != "on" && argument != "off") return "Scrambling is \"on\" or \"off\".";
+    return set.SetScrambling(argument == "on");
+}
+
+Failure ReportRights(TelevisionSet& set, const std::string& argument) {
+    std::string rest = argument;
+    const std::string status = TakeWord(rest), system = TakeWord(rest);
+    if (status != "none" && status != "valid") return "Rights are \"none\" or \"valid\".";
+    const auto id = Number(system);
+    if (!system.empty() && (!id || *id > 0xffff)) return "A CA system is a number up to 65535 (0xffff).";
+    return set.TellRights({status == "valid", id ? std::optional(static_cast<std::uint16_t>(*id)) : std::nullopt, rest});
+}
+
 constexpr std::array kStimuli{
     Stimulus{"aerial", "out|in", "pull the aerial out or plug it in again", Aerial},
     Stimulus{"mediaplayer", "start|stop", "give the screen to a media player, or back to the broadcast", MediaPlayer},
     Stimulus{"recorder", "start|stop", "begin or end a recording that no page may disturb", Recorder},
     Stimulus{"aspect", "4:3|16:9|auto", "show pictures with another aspect ratio, or with their own", Aspect},
     Stimulus{"stream-event", "TEXT", "let the demonstration send its stream event \"message\" with a text", StreamEvent},
+    Stimulus{"lock", "AGE|off", "block programmes rated above this age, or none", Lock},
+    Stimulus{"pin", "PIN", "open the programme that the lock blocks; the PIN is 0000", Pin},
+    Stimulus{"scrambling", "on|off", "scramble the demonstration's service Atlas Key, or clear it", Scrambling},
+    Stimulus{"rights", "none|valid [CASYSTEM [TEXT]]", "the CA module reports the rights to the channel", ReportRights},
 };
 
 std::string Trimmed(const std::string& text) {

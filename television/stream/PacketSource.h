@@ -22,6 +22,8 @@ public:
     virtual bool NeedsPacing() const = 0;
     // Makes an Open or Read that waits on another thread return soon. For good.
     virtual void Cancel() {}
+    // Scrambles what this source has to scramble, or clears it, on any thread. False when it only receives.
+    virtual bool Scramble(bool) { return false; }
 };
 
 // The source for a file name or a URL; the sentence in `error` and null when its scheme is unknown.

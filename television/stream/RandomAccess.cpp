@@ -26,9 +26,10 @@ bool IsBeginning(std::uint8_t code, std::uint8_t streamType) {
 }  // namespace
 
 bool BeginsRandomAccess(const std::uint8_t* packet, std::uint8_t streamType) {
+    if (IsScrambled(packet)) return false;
     if (IsRandomAccess(packet)) return true;
     const auto payload = PayloadOf(packet);
-    if (!StartsUnit(packet) || IsScrambled(packet) || payload.size() < 9) return false;
+    if (!StartsUnit(packet) || payload.size() < 9) return false;
     constexpr std::size_t kFixedHeader = 9;
     for (std::size_t at = kFixedHeader + payload[8]; at + 3 < payload.size(); ++at)
         if (payload[at] == 0 && payload[at + 1] == 0 && payload[at + 2] == 1 &&

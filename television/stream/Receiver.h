@@ -39,6 +39,7 @@ public:
     void KeepTime() { m_keepTime = true; }
     // What comes while nothing is connected is lost.
     void Connect(bool connected) { m_connected = connected; }
+    bool Scramble(bool on) { return m_source->Scramble(on); }
 
 private:
     using SteadyClock = std::chrono::steady_clock;

@@ -19,7 +19,7 @@ bool Selected(const ServiceSelection& selection, const std::uint8_t* packet) {
 }
 
 bool IsAccess(const ServiceSelection& selection, const std::uint8_t* packet) {
-    return PidOf(packet) == selection.accessPid && StartsUnit(packet) &&
+    return PidOf(packet) == selection.accessPid && StartsUnit(packet) && !IsScrambled(packet) &&
            (selection.accessAnywhere || BeginsRandomAccess(packet, selection.accessType));
 }
 

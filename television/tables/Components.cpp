@@ -58,30 +58,55 @@ void ReadLanguage(const ElementaryStream& stream, Component& component) {
 
 // ETSI EN 300 468, clause 6.4.11: supplementary_audio_descriptor.
 void ReadSupplementary(const ElementaryStream& stream, Component& component) {
-    for (const Descriptor& descriptor : stream.descriptors) {
-        if (descriptor.tag != kExtensionTag || descriptor.data.size() < 2 ||
-            descriptor.data[0] != kSupplementaryAudioExtension)
-            continue;
-        const int classification = descriptor.data[1] >> 2 & 0x1f;
+    for (const auto& [tag, data] : stream.descriptors) {
+        if (tag != kExtensionTag || data.size() < 2 || data[0] != kSupplementaryAudioExtension) continue;
+        const int classification = data[1] >> 2 & 0x1f;
         component.audioDescription = component.audioDescription || classification == 1;
         component.hearingImpaired = component.hearingImpaired || classification == 2;
+        if (component.language.empty() && (data[1] & 1) && data.size() >= 5)
+            component.language = Letters(data.data() + 2);
     }
 }
 
-// ETSI EN 300 468, annex D: the channels in the component_type of an AC-3 descriptor, where it has one.
-int Channels(const ElementaryStream& stream) {
+// ETSI EN 300 468, annex D: the component_type of an AC-3 or enhanced AC-3 descriptor, where it has one.
+void ReadAc3(const ElementaryStream& stream, Component& component) {
     const Descriptor* ac3 = Find(stream.descriptors, kAc3Tag);
     const Descriptor* descriptor = ac3 ? ac3 : Find(stream.descriptors, kEnhancedAc3Tag);
-    if (!descriptor || descriptor->data.size() < 2 || !(descriptor->data[0] & 0x80)) return kUsualChannels;
+    if (!descriptor || descriptor->data.size() < 2 || !(descriptor->data[0] & 0x80)) return;
     constexpr std::array<int, 8> channels{1, 2, 2, 2, 6, 8, 2, 2};
-    return channels[descriptor->data[1] & 7];
+    const int type = descriptor->data[1], service = type >> 3 & 7;
+    component.audioChannels = channels[type & 7];
+    component.audioDescription = component.audioDescription || service == 2;
+    component.hearingImpaired = component.hearingImpaired || service == 3;
+}
+
+// ETSI EN 300 468, annex H and table 26: the AAC_type, a component_type of stream content 6, where there is one.
+void ReadAac(const ElementaryStream& stream, Component& component) {
+    const Descriptor* descriptor = Find(stream.descriptors, kAacTag);
+    if (!descriptor || descriptor->data.size() < 3 || !(descriptor->data[1] & 0x80)) return;
+    const int type = descriptor->data[2];
+    if (type == 0x01) component.audioChannels = 1;
+    if (type == 0x05) component.audioChannels = 6;
+    const bool hearing = type == 0x41 || type == 0x45;
+    component.hearingImpaired = component.hearingImpaired || hearing;
+    component.audioDescription =
+        component.audioDescription || (type >= 0x40 && type <= 0x4a && type != 0x43 && !hearing);
+}
+
+// ISO/IEC 13818-1, clause 2.6.16: the CA_descriptor of the stream, else the service's.
+void ReadAccess(const MapTable& map, const ElementaryStream& stream, Component& component) {
+    const Descriptor* own = Find(stream.descriptors, kCaTag);
+    const Descriptor* descriptor = own ? own : Find(map.descriptors, kCaTag);
+    component.encrypted = descriptor != nullptr;
+    if (descriptor && descriptor->data.size() >= 2)
+        component.caSystemId = static_cast<std::uint16_t>(descriptor->data[0] << 8 | descriptor->data[1]);
 }
 
 Component Common(const MapTable& map, const ElementaryStream& stream) {
     Component component;
     component.pid = stream.pid;
     component.streamType = stream.type;
-    component.encrypted = Find(map.descriptors, kCaTag) || Find(stream.descriptors, kCaTag);
+    ReadAccess(map, stream, component);
     component.tag = ComponentTag(stream);
     return component;
 }
@@ -102,9 +127,11 @@ private:
             component.encoding = VideoEncoding(stream.type, m_hd);
             Add(component, ComponentType::Video);
         } else if (component.encoding = AudioEncoding(stream); !component.encoding.empty()) {
+            component.audioChannels = kUsualChannels;
             ReadLanguage(stream, component);
             ReadSupplementary(stream, component);
-            component.audioChannels = Channels(stream);
+            ReadAc3(stream, component);
+            ReadAac(stream, component);
             Add(component, ComponentType::Audio);
         } else if (stream.type == kPrivateData) {
             AddSubtitles(stream, component);
@@ -114,16 +141,23 @@ private:
     // ETSI EN 300 468, clauses 6.2.41 and 6.2.43: a stream may carry subtitles in several languages.
     void AddSubtitles(const ElementaryStream& stream, Component component) {
         if (const Descriptor* subtitling = Find(stream.descriptors, kSubtitlingTag)) {
-            component.encoding = "DVB_SUBT";
+            component.encoding = kDvbSubtitles;
             for (std::size_t at = 0; at + 8 <= subtitling->data.size(); at += 8)
-                AddSubtitle(component, subtitling->data.data() + at, subtitling->data[at + 3] >= 0x20);
+                AddDvbSubtitle(component, subtitling->data.data() + at);
         }
         if (const Descriptor* teletext = Find(stream.descriptors, kTeletextTag)) {
-            component.encoding = "EBU_SUBT";
+            component.encoding = kTeletextSubtitles;
             for (std::size_t at = 0; at + 5 <= teletext->data.size(); at += 5)
                 if (const int type = teletext->data[at + 3] >> 3; type == 2 || type == 5)
                     AddSubtitle(component, teletext->data.data() + at, type == 5);
         }
+    }
+
+    // A language, the type (table 26), and the pages.
+    void AddDvbSubtitle(Component component, const std::uint8_t* entry) {
+        component.compositionPage = static_cast<std::uint16_t>(entry[4] << 8 | entry[5]);
+        component.ancillaryPage = static_cast<std::uint16_t>(entry[6] << 8 | entry[7]);
+        AddSubtitle(component, entry, entry[3] >= 0x20 && entry[3] < 0x30);
     }
 
     void AddSubtitle(Component component, const std::uint8_t* language, bool hearingImpaired) {

@@ -21,10 +21,15 @@ struct Component {
     std::string language;  // three letters, or empty
     std::string encoding;  // OIPF media formats, clause 3; with letters, digits and underscores only
     bool encrypted = false;
+    std::uint16_t caSystemId = 0;  // of what is encrypted (ETSI TS 101 162)
     bool audioDescription = false;
     bool hearingImpaired = false;
     int audioChannels = 0;
+    std::uint16_t compositionPage = 0, ancillaryPage = 0;  // of DVB subtitles: the pages of the stream that carry them
 };
+
+inline constexpr const char* kDvbSubtitles = "DVB_SUBT";
+inline constexpr const char* kTeletextSubtitles = "EBU_SUBT";
 
 // The tag that a service calls a stream by, if it gives it one.
 std::optional<int> ComponentTag(const ElementaryStream& stream);

@@ -100,8 +100,15 @@ TEST_F(ChannelTest, BindPresentsAChangeThatIsUnderWay) {
 
 TEST_F(ChannelTest, NextAndPreviousGoThroughTheListAndWrapAround) {
     EXPECT_TRUE(m_player->PrevChannel());
-    EXPECT_TRUE(m_listener.WaitFor(Success(m_radio)));
+    EXPECT_TRUE(m_listener.WaitFor("ScrambledTune " + std::to_string(IdOf("Atlas Key"))));
     EXPECT_TRUE(m_player->NextChannel());
+    EXPECT_TRUE(m_listener.WaitFor("Unscrambled " + std::to_string(demonstration::kCaSystemId)));
+    EXPECT_EQ(m_listener.Told()[1], Success(m_one));
+    EXPECT_TRUE(m_player->SetChannel(m_radio, false));
+    EXPECT_TRUE(m_listener.WaitFor(Success(m_radio)));
+    EXPECT_TRUE(m_player->PrevChannel());
+    EXPECT_TRUE(m_listener.WaitFor(Success(m_boreal)));
+    EXPECT_TRUE(m_player->SetChannel(m_one, false));
     EXPECT_TRUE(m_listener.WaitFor(Success(m_one)));
     EXPECT_TRUE(m_player->NextChannel());
     EXPECT_TRUE(m_listener.WaitFor(Success(m_two)));

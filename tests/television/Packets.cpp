@@ -69,7 +69,7 @@ TemporaryFile::TemporaryFile(std::span<const std::uint8_t> content) : m_path("/t
 TemporaryFile::~TemporaryFile() { std::remove(m_path.c_str()); }
 
 const std::set<std::uint16_t>& TablePidsOfDemonstration() {
-    static const std::set<std::uint16_t> pids{0x00, 0x11, 0x1100, 0x1101, 0x1102, 0x1103};
+    static const std::set<std::uint16_t> pids{0x00, 0x11, 0x1100, 0x1101, 0x1102, 0x1103, 0x1104};
     return pids;
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/IBroadcastPlayerListener.h"
+#include "platform/ISASListener.h"
 
 namespace television::test {
 
@@ -32,7 +33,7 @@ private:
     std::condition_variable m_changed;
 };
 
-class RecordingListener : public IBroadcastPlayerListener {
+class RecordingListener : public IBroadcastPlayerListener, public ISASListener {
 public:
     explicit RecordingListener(Watch& watch) : m_watch(watch) {}
 
@@ -44,13 +45,26 @@ public:
     void ServiceNotAvailable(unsigned int id) override { Add("ServiceNotAvailable " + std::to_string(id)); }
     void ProgrammeChanged() override { Add("ProgrammeChanged"); }
     void ParentalRatingChanged(char rating) override { AddAside("Rating " + std::to_string(rating)); }
-    void ParentalRatingBlocked(unsigned int, bool) override { Add("Blocked"); }
-    void ParentalRatingUnblocked(unsigned int) override { Add("Unblocked"); }
+    void ParentalRatingBlocked(unsigned int id, bool whilePresenting) override {
+        Add("Blocked " + std::to_string(id) + (whilePresenting ? " while presenting" : ""));
+    }
+    void ParentalRatingUnblocked(unsigned int id) override { Add("Unblocked " + std::to_string(id)); }
     void NoSignal() override { Add("NoSignal"); }
-    void Scrambled(unsigned short) override { Add("Scrambled"); }
-    void ScrambledTune(unsigned int) override { Add("ScrambledTune"); }
-    void Unscrambled(unsigned short) override { Add("Unscrambled"); }
+    void Scrambled(unsigned short system) override { Add("Scrambled " + std::to_string(system)); }
+    void ScrambledTune(unsigned int id) override { Add("ScrambledTune " + std::to_string(id)); }
+    void Unscrambled(unsigned short system) override { Add("Unscrambled " + std::to_string(system)); }
     void UpdateLayout() override { AddAside("UpdateLayout"); }
+
+    // A message as its type, its CA system, and its items as their tags and their bytes in characters.
+    void OnSASMessageReceived(SASMessage* message) override {
+        std::string text = "Message " + std::to_string(message->type) + " of " + std::to_string(message->caSystemId);
+        for (const SASMessageItem& item : message->items) {
+            text += ", " + std::to_string(item.tag) + ":";
+            for (const unsigned char byte : item.data) text += byte < ' ' ? std::to_string(byte) : std::string(1, byte);
+        }
+        delete message;
+        Add(text);
+    }
 
     // All that was told, without what comes whenever a picture or programme does: ratings and layouts.
     std::vector<std::string> Told() const {

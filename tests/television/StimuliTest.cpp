@@ -25,6 +25,35 @@ TEST_F(StimuliTest, WithoutTheAerialTheSignalIsLostAndWithItItReturns) {
     EXPECT_EQ(m_listener.Told(), (std::vector<std::string>{"NoSignal", "TuneSuccess 0"}));
 }
 
+TEST_F(StimuliTest, TheLockTakesAnAgeAndThePinOpensIt) {
+    EXPECT_EQ(FailureOf("pin 0000"), "Nothing is blocked: the PIN opens a programme that the parental lock blocks.");
+    EXPECT_EQ(FailureOf("pin 1234"), "The PIN is wrong: enter the one of this television.");
+    EXPECT_EQ(FailureOf("lock 18"), "none");
+    EXPECT_EQ(FailureOf("lock off"), "none");
+    for (const char* wrong : {"lock 19", "lock -1", "lock x", "lock 12x"})
+        EXPECT_EQ(FailureOf(wrong), "The lock is \"off\" or an age up to 18.") << wrong;
+}
+
+TEST_F(StimuliTest, TheRightsOfACaModuleAreTold) {
+    EXPECT_EQ(FailureOf("rights valid 0x0b00 a text"), "none");
+    EXPECT_TRUE(m_listener.WaitFor("Message 4 of 2816, 6:a text, 7:1"));
+    EXPECT_EQ(FailureOf("rights none 100"), "none");
+    EXPECT_TRUE(m_listener.WaitFor("Message 4 of 100, 7:0"));
+    EXPECT_EQ(FailureOf("rights all"), "Rights are \"none\" or \"valid\".");
+    for (const char* wrong : {"rights none 65536", "rights none card"})
+        EXPECT_EQ(FailureOf(wrong), "A CA system is a number up to 65535 (0xffff).") << wrong;
+}
+
+TEST_F(StimuliTest, TheDemonstrationIsScrambledAndCleared) {
+    const unsigned int key = IdOf("Atlas Key");
+    EXPECT_EQ(FailureOf("scrambling perhaps"), "Scrambling is \"on\" or \"off\".");
+    EXPECT_EQ(FailureOf("scrambling off"), "none");
+    EXPECT_TRUE(m_player->SetChannel(key, false));
+    EXPECT_TRUE(WaitForPicture(Shown::AtlasKey));
+    EXPECT_EQ(FailureOf("scrambling on"), "none");
+    EXPECT_TRUE(WaitForPicture(Shown::Black));
+}
+
 TEST_F(StimuliTest, WhatIsWrittenWronglyDoesNothingAndIsAnswered) {
     EXPECT_EQ(FailureOf("aerial sideways"), "The aerial is \"out\" or \"in\".");
     EXPECT_EQ(FailureOf("aerial"), "Write it as: aerial out|in");

@@ -125,11 +125,14 @@ TEST(ServiceList, IsInTheOrderOfTheChannelNumbers) {
     reading.Read(demonstration::Tables(), kNoon);
     ServiceIds ids;
     const auto services = ListServices(reading.Current(), ids);
-    ASSERT_EQ(services.size(), 4u);
+    ASSERT_EQ(services.size(), 5u);
     EXPECT_EQ(services[0].name, "Atlas One");
     EXPECT_EQ(services[3].name, "Atlas Radio");
     EXPECT_EQ(services[3].number, 71);
     EXPECT_EQ(services[3].type, ServiceType::Radio);
+    EXPECT_EQ(services[4].name, "Atlas Key");
+    EXPECT_TRUE(services[4].scrambled);
+    EXPECT_FALSE(services[0].scrambled);
     EXPECT_TRUE(services[0].hd);
     EXPECT_FALSE(services[2].hd);
     EXPECT_EQ(services[0].idType, 12);
@@ -227,11 +230,58 @@ TEST(Components, TellCommentaryEncryptionAndSubtitles) {
     const auto components = ListComponents(map);
     ASSERT_EQ(components.size(), 4u);
     EXPECT_TRUE(components[0].audioDescription && components[0].encrypted);
+    EXPECT_EQ(components[0].caSystemId, 0x0102);
+    EXPECT_FALSE(components[1].encrypted);
     EXPECT_EQ(components[1].type, ComponentType::Subtitle);
     EXPECT_EQ(components[2].index, 1u);
     EXPECT_TRUE(components[2].hearingImpaired);
     EXPECT_EQ(components[3].encoding, "AC3");
     EXPECT_EQ(components[3].audioChannels, 6);
+}
+
+TEST(Components, TellThePagesOfDvbSubtitlesAndWhichTeletextPagesAreSubtitles) {
+    MapTable map;
+    map.descriptors = {{kCaTag, {0x26, 0, 0xe1, 0}}};
+    map.streams = {{0x06, 0x51, {{kSubtitlingTag, {'d', 'e', 'u', 0x10, 0, 3, 0, 4, 'd', 'e', 'u', 0x30, 0, 5, 0, 6}},
+                                 {kStreamIdentifierTag, {9}}}},
+                   {0x06, 0x52, {{kTeletextTag, {'d', 'e', 'u', 1 << 3 | 1, 0, 'd', 'e', 'u', 2 << 3 | 7, 0x77,
+                                                 'e', 'n', 'g', 5 << 3 | 7, 0x78}}}}};
+    const auto components = ListComponents(map);
+    ASSERT_EQ(components.size(), 4u);
+    EXPECT_EQ(ArgumentText(components[0], std::nullopt, false),
+              "2, 0, 81, 9, 'deu', true, 'DVB_SUBT', null, false, 0, false, false");
+    EXPECT_EQ(components[0].compositionPage, 3);
+    EXPECT_EQ(components[0].ancillaryPage, 4);
+    EXPECT_FALSE(components[1].hearingImpaired) << "for sign language";
+    EXPECT_EQ(ArgumentText(components[3], std::nullopt, true),
+              "2, 3, 82, -1, 'eng', true, 'EBU_SUBT', null, false, 0, true, true");
+    EXPECT_FALSE(components[2].hearingImpaired);
+}
+
+TEST(Components, TellTheKindOfSoundByItsOwnDescriptors) {
+    MapTable map;
+    map.streams = {{0x06, 0x51, {{kAc3Tag, {0x80, 0x50}}}},
+                   {0x06, 0x52, {{kEnhancedAc3Tag, {0x80, 0xda}}}},
+                   {0x11, 0x53, {{kAacTag, {0x51, 0x80, 0x05}}}},
+                   {0x0f, 0x54, {{kAacTag, {0x51, 0x80, 0x40}}}},
+                   {0x0f, 0x55, {{kAacTag, {0x51, 0x80, 0x41}}}},
+                   {0x04, 0x56, {{kExtensionTag, {0x06, 1 << 2 | 1, 'f', 'r', 'a'}}}},
+                   {0x06, 0x57, {{kAc3Tag, {0x80}}}},
+                   {0x0f, 0x58, {{kAacTag, {0x51}}}}};
+    const auto components = ListComponents(map);
+    ASSERT_EQ(components.size(), 8u);
+    EXPECT_TRUE(components[0].audioDescription);
+    EXPECT_EQ(components[0].audioChannels, 1);
+    EXPECT_TRUE(components[1].hearingImpaired);
+    EXPECT_EQ(components[1].audioChannels, 2);
+    EXPECT_EQ(components[2].audioChannels, 6);
+    EXPECT_FALSE(components[2].audioDescription);
+    EXPECT_TRUE(components[3].audioDescription);
+    EXPECT_TRUE(components[4].hearingImpaired && !components[4].audioDescription);
+    EXPECT_TRUE(components[5].audioDescription);
+    EXPECT_EQ(components[5].language, "fra");
+    EXPECT_EQ(components[6].audioChannels, 2);
+    EXPECT_EQ(components[7].audioChannels, 2);
 }
 
 TEST(Components, CarryNothingThatCouldEndAScriptsString) {
@@ -259,7 +309,7 @@ TEST(TableInjector, PutsTablesOnlyIntoSparePackets) {
     TableReader reader([](const Tables&) {});
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize) reader.Push(packets.data() + at);
     EXPECT_TRUE(reader.Current().network);
-    EXPECT_EQ(reader.Current().events.size(), 4u);
+    EXPECT_EQ(reader.Current().events.size(), demonstration::Services().size());
 }
 
 TEST(DemonstrationStream, HasTheStreamsThatItsTablesName) {

@@ -35,9 +35,10 @@ bool Near(const Colour& a, const Colour& b) {
 Shown What(const Picture* picture) {
     if (!picture) return Shown::Black;
     const Colour mean = MeanColour(*picture);
-    constexpr std::array<std::pair<Colour, Shown>, 3> known{{{{0x1c, 0x3f, 0x95}, Shown::AtlasOne},
+    constexpr std::array<std::pair<Colour, Shown>, 4> known{{{{0x1c, 0x3f, 0x95}, Shown::AtlasOne},
                                                              {{0x1b, 0x7a, 0x3d}, Shown::AtlasTwo},
-                                                             {{0xa3, 0x26, 0x2a}, Shown::Boreal}}};
+                                                             {{0xa3, 0x26, 0x2a}, Shown::Boreal},
+                                                             {{0x7a, 0x2f, 0x86}, Shown::AtlasKey}}};
     for (const auto& [colour, shown] : known)
         if (Near(mean, colour)) return shown;
     return Shown::Unknown;

@@ -14,7 +14,7 @@
 namespace television::test {
 
 // The pictures of the demonstration's services, told apart by their colours.
-enum class Shown { Black, AtlasOne, AtlasTwo, Boreal, Unknown };
+enum class Shown { Black, AtlasOne, AtlasTwo, Boreal, AtlasKey, Unknown };
 
 Shown What(const Picture* picture);
 

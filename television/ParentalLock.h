@@ -1,0 +1,44 @@
+// The parental lock: programmes rated above an age are shown to who knows the PIN.
+#pragma once
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "television/tables/Tables.h"
+
+namespace television {
+
+// The age that the ratings of an event ask for, the highest if there are several; none when it is not rated by age
+// (ETSI EN 300 468, clause 6.2.28).
+std::optional<int> AgeOf(const Event& event);
+
+// All threads.
+class ParentalLock {
+public:
+    // The PIN that opens it until another is set.
+    static constexpr const char* kFirstPin = "0000";
+
+    // Without an age nothing is blocked. What was opened is blocked again.
+    void Set(std::optional<int> age);
+    void SetPin(const std::string& pin);
+    // Whether the present one of a channel's events must not be shown.
+    bool Blocks(unsigned int channelId, const std::vector<Event>& events) const;
+    // Opens the channel for as long as this programme lasts. False when the PIN is another.
+    bool Open(const std::string& pin, unsigned int channelId, const std::vector<Event>& events);
+
+private:
+    struct Opened {
+        unsigned int channelId;
+        std::uint16_t eventId;
+        bool operator==(const Opened&) const = default;
+    };
+
+    mutable std::mutex m_mutex;
+    std::optional<int> m_age;
+    std::string m_pin = kFirstPin;
+    std::optional<Opened> m_opened;
+};
+
+}  // namespace television

@@ -35,6 +35,11 @@ void ParentalLock::SetPin(const std::string& pin) {
     m_pin = pin;
 }
 
+bool ParentalLock::IsOn() const {
+    std::lock_guard lock(m_mutex);
+    return m_age.has_value();
+}
+
 bool ParentalLock::Blocks(unsigned int channelId, const std::vector<Event>& events) const {
     if (events.empty()) return false;
     const auto age = AgeOf(events.front());

@@ -23,6 +23,7 @@ public:
     // Without an age nothing is blocked. What was opened is blocked again.
     void Set(std::optional<int> age);
     void SetPin(const std::string& pin);
+    bool IsOn() const;
     // Whether the present one of a channel's events must not be shown.
     bool Blocks(unsigned int channelId, const std::vector<Event>& events) const;
     // Opens the channel for as long as this programme lasts. False when the PIN is another.

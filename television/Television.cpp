@@ -8,6 +8,15 @@
 #include "television/stimuli/Stimuli.h"
 
 namespace television {
+namespace {
+
+// The directory knows what the stream says; the parental lock is the television's own.
+std::optional<Service> WithLock(const TelevisionSet& set, std::optional<Service> service) {
+    if (service) service->locked = set.IsLocked(*service);
+    return service;
+}
+
+}  // namespace
 
 Television::Television() = default;
 Television::~Television() { Stop(); }
@@ -29,17 +38,19 @@ void Television::Stop() {
 
 std::vector<Service> Television::Services() {
     const auto set = Core::Instance().Set();
-    return set ? set->Directory().Services() : std::vector<Service>{};
+    auto services = set ? set->Directory().Services() : std::vector<Service>{};
+    for (Service& service : services) service.locked = set->IsLocked(service);
+    return services;
 }
 
 std::optional<Service> Television::FindService(unsigned int id) {
     const auto set = Core::Instance().Set();
-    return set ? set->Directory().Describe(id) : std::nullopt;
+    return set ? WithLock(*set, set->Directory().Describe(id)) : std::nullopt;
 }
 
 std::optional<Service> Television::CurrentService() {
     const auto set = Core::Instance().Set();
-    return set ? set->Directory().Describe(set->ThePresentation().Selected()) : std::nullopt;
+    return set ? WithLock(*set, set->Directory().Describe(set->ThePresentation().Selected())) : std::nullopt;
 }
 
 std::vector<Programme> Television::Programmes(unsigned int id) {

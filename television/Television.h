@@ -39,7 +39,7 @@ struct Service {
     bool hd = false;
     bool scrambled = false;
     bool hidden = false;
-    bool locked = false;
+    bool locked = false;  // by the parental lock, because of the present programme
 };
 
 struct ParentalRating {
@@ -70,7 +70,7 @@ struct Observer {
     std::function<void()> pictureChanged;              // there is a new picture, or none any more
     std::function<void()> layoutChanged;               // VideoRectangle answers differently
     std::function<void()> channelChanged;              // CurrentService answers differently
-    std::function<void()> servicesChanged;             // Services answers differently
+    std::function<void()> servicesChanged;             // Services answers differently, or one is locked or not any more
     std::function<void(const std::string& line)> log;  // what the television does, a line each
 };
 

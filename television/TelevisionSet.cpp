@@ -2,6 +2,7 @@
 #include "television/TelevisionSet.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "television/Log.h"
 #include "television/interfaces/StreamEventCallback.h"
@@ -153,7 +154,7 @@ void TelevisionSet::TablesRead(const Tables& tables) {
     m_events.StreamChanged();
     m_queue.Post([=, this] {
         m_presentation.TablesChanged();
-        if (servicesChanged) Call(m_observer.servicesChanged);
+        if (LockedServicesChanged() || servicesChanged) Call(m_observer.servicesChanged);
     });
 }
 
@@ -174,11 +175,25 @@ void TelevisionSet::SignalReturned() {
 
 void TelevisionSet::SetLock(std::optional<int> age) {
     m_lock.Set(age);
-    m_queue.Post([this] { m_presentation.Reconsider(); });
+    m_queue.Post([this] { LockChanged(); });
+}
+
+// On the television's thread.
+void TelevisionSet::LockChanged() {
+    m_presentation.Reconsider();
+    if (LockedServicesChanged()) Call(m_observer.servicesChanged);
+}
+
+bool TelevisionSet::LockedServicesChanged() {
+    std::vector<unsigned int> locked;
+    if (m_lock.IsOn())
+        for (const Service& service : m_directory.Services())
+            if (IsLocked(service)) locked.push_back(service.id);
+    return std::exchange(m_lockedServices, locked) != locked;
 }
 
 bool TelevisionSet::IsLocked(const Service& service) const {
-    return m_lock.Blocks(service.id, m_directory.Events(service.id));
+    return m_lock.IsOn() && m_lock.Blocks(service.id, m_directory.Events(service.id));
 }
 
 std::optional<std::string> TelevisionSet::EnterPin(const std::string& pin) {
@@ -187,7 +202,7 @@ std::optional<std::string> TelevisionSet::EnterPin(const std::string& pin) {
     const bool blocked = m_lock.Blocks(id, events);
     if (!m_lock.Open(pin, id, events)) return "The PIN is wrong: enter the one of this television.";
     if (!blocked) return "Nothing is blocked: the PIN opens a programme that the parental lock blocks.";
-    m_queue.Post([this] { m_presentation.Reconsider(); });
+    m_queue.Post([this] { LockChanged(); });
     return std::nullopt;
 }
 

@@ -67,6 +67,8 @@ private:
 
     void ChannelChanged();
     void TablesRead(const Tables& tables);
+    void LockChanged();
+    bool LockedServicesChanged();
     void ConnectScreen();
     bool WaitForTables(SteadyClock::time_point started);
     std::string ReadingText();
@@ -83,6 +85,7 @@ private:
     Presentation m_presentation;
     StreamEvents m_events;
     Resources m_resources;
+    std::vector<unsigned int> m_lockedServices;  // the television's thread
 
     TableReader m_tables;  // the receiving thread's
     std::mutex m_mutex;

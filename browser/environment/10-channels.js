@@ -43,7 +43,7 @@
         channel.minorChannel = undefined;
         channel.isHD = known.isHD;
         channel.locked = known.locked;
-        channel.manualBlock = known.locked;
+        channel.manualBlock = false;
         channel.hidden = known.hidden;
         channel.favourite = false;
         channel.favIDs = environment.makeCollection([]);

@@ -32,7 +32,7 @@ std::vector<ServiceInfo> Make() {
          0x200,
          0x201,
          {{kH264Video, 0x201, 1, "", 0}, {kMpeg1Audio, 0x202, 2, "eng", kCommentary}},
-         {{"Green Rooms", "Gardens and those who keep them.", 0}, {"Two at Noon", "Talk.", 3}}},
+         {{"Green Rooms", "Gardens and those who keep them.", 1}, {"Two at Noon", "Talk.", 3}}},
         {0x6e03,
          3,
          kSdTelevision,

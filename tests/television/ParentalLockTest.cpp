@@ -77,6 +77,10 @@ protected:
         gst_init(nullptr, nullptr);
         Observer observer;
         observer.pictureChanged = [this] { m_watch.Notify(); };
+        observer.servicesChanged = [this] {
+            ++m_serviceChanges;
+            m_watch.Notify();
+        };
         m_set = std::make_unique<TelevisionSet>(m_gate, observer, SoundOutput{}, "");
         auto source = std::make_unique<demonstration::DemonstrationSource>(DEMONSTRATION_STREAM,
                                                                            [this] { return m_wallClock.load(); });
@@ -110,6 +114,7 @@ protected:
     std::string Success(unsigned int id) const { return "TuneSuccess " + std::to_string(id); }
 
     std::atomic<std::int64_t> m_wallClock = 1'700'049'600;
+    std::atomic<int> m_serviceChanges = 0;
     unsigned int m_one = 0, m_boreal = 0, m_key = 0;
     Watch m_watch;
     RecordingListener m_listener{m_watch};
@@ -170,6 +175,18 @@ TEST_F(LockedTelevision, TakenOffShowsThePicture) {
     EXPECT_TRUE(m_listener.WaitFor(Unblocked(m_one)));
     EXPECT_TRUE(WaitForPicture(Shown::AtlasOne));
     EXPECT_FALSE(m_set->IsLocked(*m_set->Directory().Find(m_one)));
+}
+
+TEST_F(LockedTelevision, ToldWhenOtherServicesAreLocked) {
+    const int before = m_serviceChanges;
+    m_set->SetLock(10);
+    NextMinute();
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_serviceChanges > before; }));
+    ASSERT_TRUE(m_listener.WaitFor(WhilePresenting(m_one)));
+    const int locked = m_serviceChanges;
+    m_set->SetLock(11);
+    EXPECT_EQ(m_set->EnterPin("0000"), std::nullopt);
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_serviceChanges > locked; }));
 }
 
 TEST_F(LockedTelevision, LeavesAChannelForAllAlone) {

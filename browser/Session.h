@@ -42,6 +42,9 @@ public:
     Failure SelectChannel(const QString& channel) override;
     Failure WriteScreenshot(const QString& file) override;
     QString EvaluateScript(const QString& script) override;
+    QJsonObject Status() override;
+    QJsonArray Services() override;
+    std::optional<QJsonArray> Programmes(const QString& service) override;
     std::vector<television::StimulusUse> Stimuli() override;
     Failure Stimulate(const QString& line) override;
 

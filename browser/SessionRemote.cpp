@@ -8,6 +8,7 @@
 
 #include "browser/Session.h"
 #include "browser/keys/HelpText.h"
+#include "browser/remote/Queries.h"
 #include "television/Television.h"
 
 namespace browser {
@@ -18,13 +19,13 @@ namespace {
 
 constexpr int kNoticeTime = 3000;
 
-QJsonValue ToJson(const QVariant& value) {
+QJsonValue ValueOf(const QVariant& value) {
     return value.isValid() ? QJsonValue::fromVariant(value) : QJsonValue();
 }
 
 // A single value as JSON; QJsonDocument writes arrays and objects only.
 QString JsonText(const QVariant& value) {
-    const QByteArray array = QJsonDocument(QJsonArray{ToJson(value)}).toJson(QJsonDocument::Compact);
+    const QByteArray array = QJsonDocument(QJsonArray{ValueOf(value)}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(array.mid(1, array.size() - 2));
 }
 
@@ -68,15 +69,13 @@ Session::Failure Session::PressKey(const QString& name) {
 }
 
 Session::Failure Session::SelectChannel(const QString& channel) {
-    bool isNumber = false;
-    const int number = channel.toInt(&isNumber);
     bool done = false;
     if (channel == QLatin1String("next")) {
         done = Television::Instance().ViewerSelectsNext();
     } else if (channel == QLatin1String("previous")) {
         done = Television::Instance().ViewerSelectsPrevious();
-    } else if (isNumber) {
-        done = m_keys->SelectChannel(number);
+    } else if (const auto service = FindService(Television::Instance().Services(), channel)) {
+        done = Television::Instance().ViewerSelects(service->id);
     }
     return done ? std::nullopt : Failure(QStringLiteral("There is no channel \"%1\".").arg(channel));
 }
@@ -91,6 +90,29 @@ Session::Failure Session::WriteScreenshot(const QString& file) {
 
 QString Session::EvaluateScript(const QString& script) {
     return JsonText(m_page->Evaluate(script));
+}
+
+QJsonObject Session::Status() {
+    QJsonObject status = TelevisionStatus();
+    status.insert(QStringLiteral("page"), m_page->mainFrame()->url().toDisplayString());
+    return status;
+}
+
+QJsonArray Session::Services() {
+    return TelevisionServices();
+}
+
+std::optional<QJsonArray> Session::Programmes(const QString& wanted) {
+    Television& television = Television::Instance();
+    const auto service = wanted.isEmpty() ? television.CurrentService() : FindService(television.Services(), wanted);
+    if (!service) {
+        return std::nullopt;
+    }
+    QJsonArray programmes;
+    for (const auto& programme : television.Programmes(service->id)) {
+        programmes += ToJson(programme);
+    }
+    return programmes;
 }
 
 std::vector<television::StimulusUse> Session::Stimuli() {

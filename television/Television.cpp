@@ -73,6 +73,18 @@ TuneTimes Television::LastTune() {
     return set ? set->ThePresentation().LastTune() : TuneTimes{};
 }
 
+double Television::SinceStreamEvent() {
+    const auto set = Core::Instance().Set();
+    return set ? set->Events().SinceLastEvent() : 0;
+}
+
+Condition Television::TheCondition() {
+    const auto set = Core::Instance().Set();
+    if (!set) return {};
+    return {set->ThePresentation().IsPresented(), set->TheResources().IsMediaPlaying(),
+            set->TheResources().IsRecording()};
+}
+
 bool Television::ViewerSelects(unsigned int id) {
     const auto set = Core::Instance().Set();
     return set && set->ThePresentation().SelectByViewer(id);

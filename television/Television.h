@@ -80,6 +80,12 @@ struct TuneTimes {
     double toFirstPicture = 0;
 };
 
+// What the television does beside showing a channel.
+struct Condition {
+    bool presented = false;  // the channel has a picture or sound
+    bool mediaPlays = false, records = false;
+};
+
 // What Television::Stimulate takes: "NAME" or "NAME ARGUMENT".
 struct StimulusUse {
     std::string name;
@@ -113,6 +119,9 @@ public:
     // The picture to show now, or null for black.
     std::shared_ptr<const Picture> CurrentPicture();
     TuneTimes LastTune();
+    // How many milliseconds ago the last stream event came that somebody listens for; for measurements.
+    double SinceStreamEvent();
+    Condition TheCondition();
 
     // The viewer changes the channel with the remote control. False when there is nothing to change to.
     bool ViewerSelects(unsigned int id);

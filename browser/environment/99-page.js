@@ -11,7 +11,8 @@
     // the text and exits with 0 or 1. pixels() is the mean colour of a rectangle of the screen, picture and page as one
     // sees them: {red, green, blue, pixels}. remote() sends a line to the television's remote and returns its answer.
     // tuneTimes() is {count, toFirstPicture}: the channel changes that came to a picture or sound, and the milliseconds
-    // that the last one took.
+    // that the last one took. sinceStreamEvent() is how many milliseconds ago the last stream event came that the page
+    // listens for.
     if (tv.settings().testing) {
         environment.publish("tvTest", {
             done: function (ok, text) {
@@ -19,7 +20,8 @@
             },
             pixels: function (x, y, width, height) { return tv.pixels(x, y, width, height); },
             remote: function (line) { return tv.remote(String(line)); },
-            tuneTimes: function () { return tv.tuneTimes(); }
+            tuneTimes: function () { return tv.tuneTimes(); },
+            sinceStreamEvent: function () { return tv.sinceStreamEvent(); }
         });
     }
 

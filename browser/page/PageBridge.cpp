@@ -89,6 +89,10 @@ QString PageBridge::remote(const QString& line) {
     return m_host.RemoteLine(line);
 }
 
+double PageBridge::sinceStreamEvent() const {
+    return television::Television::Instance().SinceStreamEvent();
+}
+
 QVariantMap PageBridge::tuneTimes() const {
     const television::TuneTimes times = television::Television::Instance().LastTune();
     return {{QStringLiteral("count"), static_cast<double>(times.count)},

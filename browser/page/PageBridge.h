@@ -44,6 +44,8 @@ public Q_SLOTS:
     QString remote(const QString& line);
     // How many channel changes came to a picture or sound, and how many milliseconds the last one took.
     QVariantMap tuneTimes() const;
+    // The milliseconds since the last stream event came that the page listens for.
+    double sinceStreamEvent() const;
 
 Q_SIGNALS:
     void servicesChanged();

@@ -4,6 +4,10 @@ namespace browser {
 
 namespace {
 
+constexpr int kLongestLine = 1 << 20;
+constexpr const char* kTooLong = "tooLong";  // a client's property: the beginning of its line was dropped
+constexpr const char* kTooLongAnswer = "error The line is too long: send lines of less than 1 MiB.";
+
 bool SomeoneListens(const QString& path) {
     constexpr int kPatience = 1000;
     QLocalSocket socket;
@@ -32,6 +36,7 @@ std::optional<QString> RemoteSocket::Listen(const QString& path) {
 
 void RemoteSocket::Accept() {
     while (QLocalSocket* client = m_server.nextPendingConnection()) {
+        client->setReadBufferSize(kLongestLine);
         connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
         connect(client, &QLocalSocket::readyRead, this, [this, client] { ReadLines(*client); });
         ReadLines(*client);
@@ -39,10 +44,17 @@ void RemoteSocket::Accept() {
 }
 
 void RemoteSocket::ReadLines(QLocalSocket& client) {
+    if (!client.canReadLine() && client.bytesAvailable() >= kLongestLine) {
+        client.readAll();
+        client.setProperty(kTooLong, true);
+    }
     while (client.canReadLine()) {
         const QString line = QString::fromUtf8(client.readLine()).trimmed();
-        if (!line.isEmpty()) {
-            client.write(m_handler(line).replace(QLatin1Char('\n'), QLatin1Char(' ')).toUtf8() + '\n');
+        const bool tooLong = client.property(kTooLong).toBool();
+        client.setProperty(kTooLong, false);
+        if (!line.isEmpty() || tooLong) {
+            const QString answer = tooLong ? QString::fromLatin1(kTooLongAnswer) : m_handler(line);
+            client.write(QString(answer).replace(QLatin1Char('\n'), QLatin1Char(' ')).toUtf8() + '\n');
             client.flush();
         }
     }

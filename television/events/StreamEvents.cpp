@@ -178,6 +178,10 @@ void StreamEvents::PacketsReceived(std::span<const std::uint8_t> packets) {
     }
 }
 
+double StreamEvents::SinceLastEvent() const {
+    return std::chrono::duration<double, std::milli>(TaskQueue::Clock::now() - m_lastEvent.load()).count();
+}
+
 void StreamEvents::HearEvents(const std::uint8_t* packet) {
     const std::uint16_t pid = PidOf(packet);
     const auto listening = m_listening.find(pid);
@@ -185,6 +189,7 @@ void StreamEvents::HearEvents(const std::uint8_t* packet) {
     listening->second.collector.Push(packet, [&](const Section& section) {
         auto events = EventsIn(section);
         if (events.empty() || !listening->second.versions.IsNew(section)) return;
+        m_lastEvent = TaskQueue::Clock::now();
         m_telling.Post([=, this, events = std::move(events)] {
             for (const StreamEvent& event : events) Announce(pid, event);
         });

@@ -2,6 +2,7 @@
 // What is found and heard is told on a thread of this class.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -42,6 +43,8 @@ public:
     void StreamChanged();
     // On the receiving thread.
     void PacketsReceived(std::span<const std::uint8_t> packets);
+    // Milliseconds since the last event came that is listened for. Any thread.
+    double SinceLastEvent() const;
 
 private:
     struct Subscription {
@@ -92,6 +95,7 @@ private:
     std::map<std::uint16_t, Listening> m_listening;      // by PID
     std::map<std::string, CarouselReading> m_carousels;  // by the target's address
 
+    std::atomic<TaskQueue::Clock::time_point> m_lastEvent{};
     TaskQueue m_telling;
     TaskQueue m_reading;
 };

@@ -20,6 +20,11 @@ public:
         Note("evaluate " + script);
         return "42";
     }
+    QJsonObject Status() override { return {{"picture", true}}; }
+    QJsonArray Services() override { return {QJsonObject{{"name", "Boreal"}}}; }
+    std::optional<QJsonArray> Programmes(const QString& service) override {
+        return service == "nowhere" ? std::nullopt : std::optional(QJsonArray{"now on " + service, "next"});
+    }
     std::vector<television::StimulusUse> Stimuli() override { return {{"aerial", "out|in", "pull or plug it"}}; }
     Failure Stimulate(const QString& line) override { return Note(line); }
     void Quit(int status) override { Note("quit " + QString::number(status)); }
@@ -62,6 +67,31 @@ TEST_F(Commands, AScriptsValueIsTheAnswer) {
 TEST_F(Commands, AFailureIsAnErrorWithItsSentence) {
     m_target.m_failure = "There is no such key.";
     EXPECT_EQ(Run("key RED"), "error There is no such key.");
+}
+
+TEST_F(Commands, QueriesAnswerWithJson) {
+    EXPECT_EQ(Run("status"), "ok {\"picture\":true}");
+    EXPECT_EQ(Run("services"), "ok [{\"name\":\"Boreal\"}]");
+    EXPECT_EQ(Run("programmes"), "ok [\"now on \",\"next\"]");
+    EXPECT_EQ(Run("programmes Atlas One"), "ok [\"now on Atlas One\",\"next\"]");
+    EXPECT_EQ(Run("programmes nowhere"), "error There is no channel \"nowhere\".");
+}
+
+TEST_F(Commands, BehindJsonEveryAnswerIsAnObject) {
+    EXPECT_EQ(Run("json key RED"), "{\"ok\":true}");
+    EXPECT_EQ(Run("json evaluate 6 * 7"), "{\"ok\":true,\"value\":42}");
+    EXPECT_EQ(Run("json status"), "{\"ok\":true,\"value\":{\"picture\":true}}");
+    EXPECT_TRUE(Run("json help").startsWith("{\"ok\":true,\"value\":\"key KEY; "));
+    EXPECT_EQ(Run("json quit now"), "{\"error\":\"Write it as: quit\",\"ok\":false}");
+    EXPECT_EQ(Run("json json quit"), "{\"error\":\"One \\\"json\\\" is enough.\",\"ok\":false}");
+    EXPECT_EQ(Run("json"), "error Write it as: json LINE");
+    EXPECT_EQ(m_target.m_last, "evaluate 6 * 7");
+}
+
+TEST_F(Commands, EachHasASentence) {
+    for (const CommandText& command : CommandTexts(m_target.Stimuli())) {
+        EXPECT_FALSE(command.sentence.isEmpty()) << command.name;
+    }
 }
 
 TEST_F(Commands, QuitEndsWithStatusNought) {

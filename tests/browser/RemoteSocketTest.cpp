@@ -56,6 +56,22 @@ TEST_F(Remote, AnAnswerOfTwoLinesBecomesOne) {
     EXPECT_EQ(Ask("x\n", 1), QStringList{"ok a b"});
 }
 
+TEST_F(Remote, AnswersOfMegabytesArriveWhole) {
+    const QString text(5'000'000, 'x');
+    RemoteSocket remote([&](const QString&) { return "ok " + text; });
+    ASSERT_EQ(remote.Listen(Path()), std::nullopt);
+    EXPECT_EQ(Ask("x\n", 1), QStringList{"ok " + text});
+}
+
+TEST_F(Remote, ALineThatIsTooLongIsRefused) {
+    RemoteSocket remote(Echo);
+    ASSERT_EQ(remote.Listen(Path()), std::nullopt);
+    const QStringList answers = Ask(QByteArray(3'000'000, 'x') + "\nstill\n", 2);
+    ASSERT_EQ(answers.size(), 2);
+    EXPECT_TRUE(answers.first().startsWith("error The line is too long")) << answers.first();
+    EXPECT_EQ(answers.last(), "ok still");
+}
+
 TEST_F(Remote, ASecondOneOnTheSameSocketIsRefusedAndTheFirstLivesOn) {
     RemoteSocket first(Echo);
     RemoteSocket second(Echo);

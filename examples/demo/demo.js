@@ -11,25 +11,40 @@
         { left: "144px", top: "54px", width: "992px", height: "558px" }
     ];
     var ERRORS = {
-        0: "This receiver does not support the channel", 1: "No signal", 3: "Locked by parental control",
+        0: "This receiver does not support the channel", 1: "No signal", 3: "Blocked by parental control",
         4: "The channel is scrambled", 7: "A recording is running", 10: "There is no other channel",
-        11: "The receiver is in use", 12: "There is no such channel", 100: "The channel cannot be shown"
+        11: "The receiver or the screen is in use", 12: "There is no such channel", 100: "The channel cannot be shown"
     };
+    var NOTES = { 1: "no signal", 3: "blocked", 4: "scrambled" };
 
     var video = document.getElementById("video");
     var place = 0;
     var wanted = null;  // the channel that was asked for and is not there yet
     var present = null;
+    var notes = {};  // what was wrong with a channel the last time that it was watched, by its ccid
+    var shownChoices = "";
 
     function currentChannel() {
         return wanted || video.currentChannel;
     }
 
+    function noteOf(channel) {
+        return notes[channel.ccid] || (channel.locked ? "locked" : "") ||
+            (channel.channelType === channel.TYPE_RADIO ? "radio" : "");
+    }
+
     function refreshChannels() {
         var channels = Channels.list(video);
         var channel = currentChannel();
-        View.showChannels(channels, Channels.indexOf(channels, channel));
+        View.showChannels(channels, Channels.indexOf(channels, channel), noteOf);
         View.showChannel(channel);
+    }
+
+    function note(channel, error) {
+        if (channel) {
+            notes[channel.ccid] = error === undefined ? "" : NOTES[error] || "";
+            refreshChannels();
+        }
     }
 
     // Without a player there are no programmes.
@@ -37,39 +52,48 @@
         var programmes = video.programmes;
         var count = programmes ? programmes.length : 0;
         present = count > 0 ? programmes.item(0) : null;
+        View.showRating(present && present.parentalRatings.length > 0 ? present.parentalRatings.item(0).name : undefined);
         View.showProgrammes(present, count > 1 ? programmes.item(1) : null);
         View.showProgress(present);
     }
 
-    function isActive(component) {
-        return video.getCurrentActiveComponents(component.type).some(function (active) {
-            return active.index === component.index;
+    function choose(type, item) {
+        Components.choose(video, type, item);
+        View.addEvent("Chosen", Components.names[type] + " " + item.label);
+        refreshComponents();
+    }
+
+    function chooseNext(type) {
+        var next = Components.next(video, type);
+        if (next) {
+            choose(type, next);
+        }
+    }
+
+    function activeLabels(items) {
+        return items.filter(function (item) { return item.active && item.component; }).map(function (item) {
+            return item.label;
         });
     }
 
-    // Undefined without a player.
-    function sounds() {
-        return video.getComponents(video.COMPONENT_TYPE_AUDIO) || [];
-    }
-
-    function refreshSounds() {
-        View.showSounds(sounds(), isActive);
-    }
-
-    function selectNextSound() {
-        var all = sounds();
-        var next = (all.map(isActive).indexOf(true) + 1) % all.length;
-        if (all.length > 0) {
-            video.selectComponent(all[next]);
-            View.addEvent("Sound", all[next].language || "number " + (next + 1));
-            refreshSounds();
+    // The broadcast may change its components without an event: what has not changed is left alone.
+    function refreshComponents() {
+        var all = Components.names.map(function (name, type) { return Components.choices(video, type); });
+        var text = JSON.stringify(all);
+        if (text === shownChoices) {
+            return;
         }
+        shownChoices = text;
+        all.forEach(function (items, type) {
+            View.showChoices(Components.names[type], items, choose.bind(null, type));
+        });
+        View.showPresented(activeLabels(all[1]).concat(activeLabels(all[2])).join(" / "));
     }
 
     function refreshState() {
         View.showState(video.playState);
         View.showVolume(video.getVolume());
-        refreshSounds();
+        refreshComponents();
     }
 
     function refresh() {
@@ -145,6 +169,9 @@
     video.onPlayStateChange = function (state, error) {
         View.addEvent("PlayStateChange", View.states[state] + (error === undefined ? "" : ", error " + error));
         View.showMessage(messageFor(state, error));
+        if (state === PRESENTING || NOTES[error]) {
+            note(video.currentChannel, error);
+        }
         refreshState();
     };
 
@@ -152,7 +179,7 @@
         View.addEvent("ChannelChangeSucceeded", nameOf(channel));
         wanted = null;
         refresh();
-        listenForTicks();
+        listenForStreamEvents();
     };
 
     video.addEventListener("ChannelChangeError", function (event) {
@@ -174,6 +201,7 @@
 
     function reportRating(event) {
         View.addEvent(event.type, event.rating && event.rating.length > 0 ? "age " + event.rating.item(0).name : "");
+        refreshProgrammes();
     }
     video.addEventListener("ParentalRatingChange", reportRating, false);
     video.addEventListener("ParentalRatingError", reportRating, false);
@@ -182,15 +210,24 @@
         View.addEvent("DrmRightsError", event.errorState === 2 ? "rights are valid" : "no rights");
     });
 
-    // The broadcast announces a "tick" each second on one channel. Where it does not, or does not any more, the listener
-    // is told so and is not called again.
+    // One channel announces a "tick" each second, and a "message" when the television is asked for one. Where there are
+    // none, or none any more, the listener is told so and is not called again.
     function reportTick(event) {
-        View.keepEvent("StreamEvent", event.status === "trigger" ? event.name + " " + event.text : "none here");
+        View.showTick(event.status === "trigger" ? Number(event.text) : undefined);
     }
 
-    function listenForTicks() {
+    function reportMessage(event) {
+        if (event.status === "trigger") {
+            View.addEvent("StreamEvent", event.name + " " + event.text);
+        }
+        View.showBroadcastMessage(event.status === "trigger" ? event.text : "");
+    }
+
+    function listenForStreamEvents() {
         video.removeStreamEventListener("events.xml", "tick", reportTick);
+        video.removeStreamEventListener("events.xml", "message", reportMessage);
         video.addStreamEventListener("events.xml", "tick", reportTick);
+        video.addStreamEventListener("events.xml", "message", reportMessage);
     }
 
     var KEYS = {};
@@ -201,7 +238,9 @@
     KEYS[VK_CHANNEL_UP] = function () { wanted = null; video.nextChannel(); };
     KEYS[VK_CHANNEL_DOWN] = function () { wanted = null; video.prevChannel(); };
     KEYS[VK_ENTER] = toggleFullScreen;
-    KEYS[VK_INFO] = selectNextSound;
+    KEYS[VK_MENU] = function () { chooseNext(video.COMPONENT_TYPE_VIDEO); };
+    KEYS[VK_INFO] = function () { chooseNext(video.COMPONENT_TYPE_AUDIO); };
+    KEYS[VK_SUBTITLE] = function () { chooseNext(video.COMPONENT_TYPE_SUBTITLE); };
     KEYS[VK_RED] = move;
     KEYS[VK_GREEN] = function () { video.stop(); };
     KEYS[VK_YELLOW] = function () { video.bindToCurrentChannel(); refresh(); };
@@ -228,11 +267,13 @@
         video.bindToCurrentChannel();
         video.getChannelConfig().onChannelListUpdate = refreshChannels;
         refresh();
-        listenForTicks();
+        listenForStreamEvents();
+        View.showTick();
         View.showClock();
         setInterval(function () {
             View.showClock();
             View.showProgress(present);
+            refreshComponents();
         }, 1000);
     }
 

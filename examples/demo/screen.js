@@ -3,7 +3,7 @@ var View = (function () {
     "use strict";
 
     var ROWS = 10;
-    var EVENTS = 10;
+    var EVENTS = 6;
     var STATES = ["unrealized", "connecting", "presenting", "stopped"];
 
     function element(id) {
@@ -43,21 +43,22 @@ var View = (function () {
         return channel.majorChannel === undefined ? "\u2013" : String(channel.majorChannel);
     }
 
-    function channelRow(channel, current) {
+    function channelRow(channel, current, note) {
         var row = make("li", current ? "current" : "", "");
         row.appendChild(make("span", "number", numberOf(channel)));
-        row.appendChild(document.createTextNode(channel.name));
+        row.appendChild(make("span", note ? "name noted" : "name", channel.name));
+        row.appendChild(make("span", "note", note));
         return row;
     }
 
-    // As many rows as fit, the current one among them.
-    function showChannels(channels, currentIndex) {
+    // As many rows as fit, the current one among them. `noteOf` has a word for a channel, or an empty text.
+    function showChannels(channels, currentIndex, noteOf) {
         var first = Math.max(0, Math.min(currentIndex - Math.floor(ROWS / 2), channels.length - ROWS));
         var rows = element("channel-list");
         var i;
         rows.textContent = "";
         for (i = first; i < channels.length && i < first + ROWS; ++i) {
-            rows.appendChild(channelRow(channels[i], i === currentIndex));
+            rows.appendChild(channelRow(channels[i], i === currentIndex, noteOf(channels[i])));
         }
     }
 
@@ -75,14 +76,19 @@ var View = (function () {
         element("volume-level").style.width = (volume === undefined ? 0 : Math.max(0, Math.min(100, volume))) + "%";
     }
 
-    // The languages of a channel's sound, where there is a choice; the one that is heard stands out.
-    function showSounds(sounds, isHeard) {
-        var chips = element("sounds");
+    function chip(item, choose) {
+        var made = make("span", item.active ? "choice active" : "choice", item.label);
+        made.addEventListener("click", function () { choose(item); }, false);
+        return made;
+    }
+
+    // What there is to choose of a kind; what is presented stands out.
+    function showChoices(kind, items, choose) {
+        var chips = element(kind + "-choices");
         chips.textContent = "";
-        if (sounds.length > 1) {
-            sounds.forEach(function (sound) {
-                chips.appendChild(make("span", isHeard(sound) ? "heard" : "", sound.language || "?"));
-            });
+        items.forEach(function (item) { chips.appendChild(chip(item, choose)); });
+        if (items.length === 0) {
+            chips.appendChild(make("span", "none", "none"));
         }
     }
 
@@ -90,6 +96,11 @@ var View = (function () {
         var times = programme ? clockTime(programme.startTime) + " \u2013 " +
             clockTime(programme.startTime + programme.duration) : "";
         setText(id, times);
+    }
+
+    // The age from which a programme is for, where it has one.
+    function showRating(age) {
+        show("rating", age === undefined ? "" : "from " + age);
     }
 
     function showProgrammes(present, following) {
@@ -120,13 +131,11 @@ var View = (function () {
         }
     }
 
-    // For an event that comes all the time: the newest of its type takes the place of the one before.
-    function keepEvent(type, detail) {
-        var before = element("event-list").getElementsByClassName(type);
-        if (before.length > 0) {
-            before[0].parentNode.removeChild(before[0]);
-        }
-        addEvent(type, detail);
+    // The second of the minute that the broadcast announces; undefined where it announces none.
+    function showTick(second) {
+        setText("tick", second === undefined ? "none on this channel" : "tick " + second);
+        element("tick").className = second === undefined ? "silent" : "";
+        element("tick-done").style.width = (second === undefined ? 0 : second / 59 * 100) + "%";
     }
 
     function showFull(full) {
@@ -148,7 +157,9 @@ var View = (function () {
         showChannel: showChannel,
         showState: showState,
         showVolume: showVolume,
-        showSounds: showSounds,
+        showChoices: showChoices,
+        showPresented: function (text) { setText("presented", text); },
+        showRating: showRating,
         showProgrammes: showProgrammes,
         showProgress: showProgress,
         showClock: showClock,
@@ -156,7 +167,8 @@ var View = (function () {
         showTypedNumber: function (text) { show("typed-number", text); },
         showFull: showFull,
         placeStage: placeStage,
-        addEvent: addEvent,
-        keepEvent: keepEvent
+        showTick: showTick,
+        showBroadcastMessage: function (text) { setText("broadcast-message", text); },
+        addEvent: addEvent
     };
 }());

@@ -7,6 +7,7 @@
 #include "browser/EventLog.h"
 #include "browser/Options.h"
 #include "browser/Signals.h"
+#include "browser/keys/StimulusKeys.h"
 #include "browser/keys/ViewerKeys.h"
 #include "browser/page/Page.h"
 #include "browser/planes/TvWindow.h"
@@ -84,6 +85,7 @@ private:
     std::unique_ptr<TvWindow> m_window;
     std::unique_ptr<QWidget> m_inspector;
     std::unique_ptr<ViewerKeys> m_keys;
+    StimulusCycle m_stimulusCycle;
     std::unique_ptr<Tour> m_tour;
     QTimer m_noticeTimer;
     bool m_televisionRuns = false;

@@ -166,6 +166,11 @@ void Session::AddShortcuts() {
     add(Qt::Key_F12, [this] { ShowInspector(); });
     add(QKeySequence(QStringLiteral("Ctrl+R")), [this] { m_page->triggerAction(QWebPage::Reload); });
     add(QKeySequence(QStringLiteral("Ctrl+Q")), [this] { Quit(0); });
+    for (const StimulusKey& key : StimulusKeys()) {
+        add(key.key, [this, &key] {
+            ShowNotice(m_stimulusCycle.Press(key, [this](const QString& line) { return Stimulate(line); }));
+        });
+    }
 }
 
 }  // namespace browser

@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include "browser/keys/KeyTable.h"
+#include "browser/keys/StimulusKeys.h"
 
 namespace browser {
 
@@ -15,7 +16,7 @@ QString KeyNames() {
 }
 
 QString KeyboardHelp() {
-    return QStringLiteral(
+    QString text = QStringLiteral(
         "Arrows, Enter\tmove, OK\n"
         "Escape, Backspace\tback\n"
         "F5 F6 F7 F8  or  R G Y B\tred, green, yellow, blue\n"
@@ -27,6 +28,10 @@ QString KeyboardHelp() {
         "F11\tfull screen\n"
         "F12\tweb inspector\n"
         "Ctrl+R, Ctrl+Q\treload the page, quit");
+    for (const StimulusKey& key : StimulusKeys()) {
+        text += QStringLiteral("\n%1\t%2").arg(QLatin1String(key.keyName), QLatin1String(key.help));
+    }
+    return text;
 }
 
 }  // namespace browser

@@ -12,9 +12,13 @@
 namespace television {
 namespace {
 
-std::unique_ptr<PacketSource> SourceOf(const Configuration& configuration, std::string& error) {
-    if (configuration.stream.empty())
-        return std::make_unique<demonstration::DemonstrationSource>(configuration.demonstration);
+using demonstration::Broadcast;
+
+// `broadcast` is null where the demonstration is not wanted.
+std::unique_ptr<PacketSource> SourceOf(const Configuration& configuration, std::shared_ptr<Broadcast> broadcast,
+                                       std::string& error) {
+    if (broadcast)
+        return std::make_unique<demonstration::DemonstrationSource>(configuration.demonstration, std::move(broadcast));
     return MakeSource(configuration.stream, error);
 }
 
@@ -48,7 +52,8 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     gst_init(nullptr, nullptr);
     SetLogSink(observer.log);
     std::string error;
-    auto source = SourceOf(configuration, error);
+    const auto broadcast = configuration.stream.empty() ? std::make_shared<Broadcast>() : nullptr;
+    auto source = SourceOf(configuration, broadcast, error);
     if (!source) return error;
     if (progress) progress("Opening " + (configuration.stream.empty() ? "the demonstration" : configuration.stream));
     if (auto fault = source->Open()) return fault;
@@ -56,6 +61,7 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     SoundOutput sound;
     if (auto fault = ChooseSoundOutput(configuration, sound)) return fault;
     auto set = std::make_shared<TelevisionSet>(m_gate, observer, sound, configuration.audioLanguage);
+    set->SetDemonstration(broadcast);
     set->Directory().SetCountry(configuration.country);
     if (auto fault = set->Start(std::move(source), progress)) {
         set->Shutdown();

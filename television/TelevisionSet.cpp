@@ -24,6 +24,8 @@ constexpr std::int64_t kNetworkTime = 11 * kClockRate;
 constexpr auto kLongestReading = 15s;
 // What has been read is told when it takes longer than this.
 constexpr auto kMoment = 700ms;
+// The tables that list the services are sent one after the other.
+constexpr auto kSettlingTime = 150ms;
 // And so much is buffered before the first channel is tuned to, that it can begin at once.
 constexpr std::int64_t kTuningTime = kClockRate * 3 / 2;
 
@@ -154,7 +156,16 @@ void TelevisionSet::TablesRead(const Tables& tables) {
     m_events.StreamChanged();
     m_queue.Post([=, this] {
         m_presentation.TablesChanged();
-        if (LockedServicesChanged() || servicesChanged) Call(m_observer.servicesChanged);
+        if (LockedServicesChanged() || servicesChanged) AnnounceServices();
+    });
+}
+
+// A change of the services shows in one table after the other: it is told when they have come.
+void TelevisionSet::AnnounceServices() {
+    if (std::exchange(m_announcingServices, true)) return;
+    m_queue.PostAt(TaskQueue::Clock::now() + kSettlingTime, [this] {
+        m_announcingServices = false;
+        Call(m_observer.servicesChanged);
     });
 }
 

@@ -11,6 +11,7 @@
 #include "television/Presentation.h"
 #include "television/Resources.h"
 #include "television/Rights.h"
+#include "television/demonstration/Broadcast.h"
 #include "television/events/StreamEvents.h"
 #include "television/stream/Receiver.h"
 #include "television/tables/TableReader.h"
@@ -47,6 +48,9 @@ public:
     std::optional<std::string> SetScrambling(bool on);
     // What a CA module says of the rights to the channel. A sentence when there is nobody to tell it to.
     std::optional<std::string> TellRights(const Rights& rights);
+    // What the demonstration has on the air; null when another stream is received.
+    void SetDemonstration(std::shared_ptr<demonstration::Broadcast> broadcast) { m_broadcast = std::move(broadcast); }
+    demonstration::Broadcast* Demonstration() { return m_broadcast.get(); }
 
 private:
     // How far the tables have come, as the receiving thread sees it.
@@ -66,6 +70,7 @@ private:
     void SignalReturned() override;
 
     void ChannelChanged();
+    void AnnounceServices();
     void TablesRead(const Tables& tables);
     void LockChanged();
     bool LockedServicesChanged();
@@ -76,6 +81,7 @@ private:
 
     ListenerGate& m_gate;
     Observer m_observer;
+    std::shared_ptr<demonstration::Broadcast> m_broadcast;
     ServiceDirectory m_directory;
     StreamBuffer m_buffer;
     Screen m_screen;
@@ -86,6 +92,7 @@ private:
     StreamEvents m_events;
     Resources m_resources;
     std::vector<unsigned int> m_lockedServices;  // the television's thread
+    bool m_announcingServices = false;  // the queue's
 
     TableReader m_tables;  // the receiving thread's
     std::mutex m_mutex;

@@ -2,12 +2,13 @@
 #include "television/demonstration/DemonstrationServices.h"
 
 #include "television/stream/StreamTypes.h"
+#include "television/stream/TransportPacket.h"
 
 namespace television::demonstration {
 namespace {
 
 // ETSI EN 300 468, table 87.
-constexpr std::uint8_t kSdTelevision = 0x01, kRadio = 0x02, kHdTelevision = 0x19;
+constexpr std::uint8_t kSdTelevision = 0x01, kRadio = 0x02, kDataBroadcast = 0x0c, kHdTelevision = 0x19;
 constexpr std::uint8_t kCommentary = 0x03;  // audio for the visually impaired
 
 std::vector<ServiceInfo> Make() {
@@ -61,7 +62,26 @@ std::vector<ServiceInfo> Make() {
     };
 }
 
+std::vector<ServiceInfo> MakeOccasional() {
+    return {
+        {0x6e10,
+         5,
+         kHdTelevision,
+         "Atlas Pop-up",
+         0x700,
+         0x201,
+         {{kH264Video, 0x201, 1, "", 0}, {kMpeg1Audio, 0x402, 2, "eng", 0}},
+         {{"Here Today", "A festival, for as long as it lasts.", 0}, {"Gone Tomorrow", "Its last evening.", 3}}},
+        {0x6e11, 90, kDataBroadcast, "Atlas Data", 0x710, kNullPid, {}, {{"Pages", "Nothing to see, much to read.", 0}}},
+    };
+}
+
 }  // namespace
+
+const std::vector<ServiceInfo>& OccasionalServices() {
+    static const auto& services = *new std::vector<ServiceInfo>(MakeOccasional());
+    return services;
+}
 
 const std::vector<ServiceInfo>& Services() {
     static const auto& services = *new std::vector<ServiceInfo>(Make());

@@ -45,5 +45,7 @@ struct ServiceInfo {
 
 // The PIDs of video and audio are those that make-stream gives them.
 const std::vector<ServiceInfo>& Services();
+// Services that are on the air only when somebody says so; their pictures and sound are those of the others.
+const std::vector<ServiceInfo>& OccasionalServices();
 
 }  // namespace television::demonstration

@@ -2,6 +2,7 @@
 #include "television/demonstration/DemonstrationSource.h"
 
 #include <chrono>
+#include <utility>
 
 #include "television/demonstration/DemonstrationServices.h"
 #include "television/demonstration/MessageEvents.h"
@@ -27,9 +28,10 @@ std::int64_t SecondsSince1970() {
 
 }  // namespace
 
-DemonstrationSource::DemonstrationSource(const std::string& path, TableInjector::WallClock wallClock)
+DemonstrationSource::DemonstrationSource(const std::string& path, std::shared_ptr<const Broadcast> broadcast,
+                                         TableInjector::WallClock wallClock)
     : m_file(path),
-      m_injector(Tables(), kReplaced, wallClock ? std::move(wallClock) : SecondsSince1970),
+      m_injector(Tables(std::move(broadcast)), kReplaced, wallClock ? std::move(wallClock) : SecondsSince1970),
       m_scrambler(ScrambledPids()) {
     MessageEvents::Instance().Open();
 }

@@ -1,6 +1,7 @@
 // The demonstration multiplex: its audio and video from a file, its service information made while it plays.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "television/demonstration/Scrambler.h"
@@ -12,7 +13,8 @@ namespace television::demonstration {
 class DemonstrationSource : public PacketSource {
 public:
     // `wallClock` is what the tables tell; by default the machine's.
-    explicit DemonstrationSource(const std::string& path, TableInjector::WallClock wallClock = {});
+    explicit DemonstrationSource(const std::string& path, std::shared_ptr<const Broadcast> broadcast = nullptr,
+                                 TableInjector::WallClock wallClock = {});
     ~DemonstrationSource() override;
     std::optional<std::string> Open() override { return m_file.Open(); }
     Result Read(std::vector<std::uint8_t>& packets) override;

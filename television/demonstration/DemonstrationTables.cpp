@@ -1,6 +1,8 @@
 // The sections of each table (ISO/IEC 13818-1, clause 2.4.4; ISO/IEC 13818-6, clause 8; ETSI EN 300 468, clause 5.2).
 #include "television/demonstration/DemonstrationTables.h"
 
+#include <algorithm>
+
 #include "television/demonstration/DemonstrationServices.h"
 #include "television/demonstration/MessageEvents.h"
 #include "television/events/StreamEventSection.h"
@@ -17,11 +19,11 @@ constexpr std::int64_t kProgrammeLength = 60;
 constexpr std::int64_t kMillisecond = 27'000;
 constexpr const char* kProvider = "Atlas";
 
-Section AssociationSection() {
+Section AssociationSection(const Broadcast& broadcast) {
     Bytes body;
     body.Put16(0).Put16(0xe000 | kNitPid);
-    for (const ServiceInfo& service : Services()) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
-    return MakeSection({kPat, kTsid}, body);
+    for (const ServiceInfo& service : broadcast.Services()) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
+    return MakeSection({kPat, kTsid, broadcast.Version()}, body);
 }
 
 Bytes StreamDescriptors(const Stream& stream) {
@@ -47,11 +49,11 @@ Section MapSection(const ServiceInfo& service) {
     return MakeSection({kPmt, service.sid}, body);
 }
 
-Section DescriptionSection() {
+Section DescriptionSection(const Broadcast& broadcast) {
     constexpr unsigned kHasPresentFollowing = 0x01;
     Bytes body;
     body.Put16(kOnid).Put8(0xff);
-    for (const ServiceInfo& service : Services()) {
+    for (const ServiceInfo& service : broadcast.Services()) {
         Bytes descriptors;
         descriptors.PutDescriptor(kServiceTag,
                                   Bytes().Put8(service.serviceType).PutText(kProvider).PutText(service.name));
@@ -59,15 +61,15 @@ Section DescriptionSection() {
         const unsigned scrambled = service.scrambled ? 1 << 12 : 0;
         body.Put16(kRunning << 13 | scrambled | static_cast<unsigned>(descriptors.Size())).Put(descriptors);
     }
-    return MakeSection({kSdt, kTsid}, body);
+    return MakeSection({kSdt, kTsid, broadcast.Version()}, body);
 }
 
 // 8 MHz, 64-QAM, code rate 2/3, guard interval 1/8, 8k carriers.
 Bytes TerrestrialDelivery() { return Bytes().Put32(kFrequency).Put8(0x1f).Put8(0x81).Put8(0x0a).Put32(0xffffffff); }
 
-Bytes NetworkStreamDescriptors() {
+Bytes NetworkStreamDescriptors(const Broadcast& broadcast) {
     Bytes list, numbers, descriptors;
-    for (const ServiceInfo& service : Services()) {
+    for (const ServiceInfo& service : broadcast.Services()) {
         list.Put16(service.sid).Put8(service.serviceType);
         numbers.Put16(service.sid).Put16(0xfc00 | static_cast<unsigned>(service.number));
     }
@@ -78,12 +80,12 @@ Bytes NetworkStreamDescriptors() {
     return descriptors;
 }
 
-Section NetworkSection() {
+Section NetworkSection(const Broadcast& broadcast) {
     Bytes name, stream, body;
     name.PutDescriptor(kNetworkNameTag, Bytes().Put("Demonstration"));
-    stream.Put16(kTsid).Put16(kOnid).PutLoop(NetworkStreamDescriptors());
+    stream.Put16(kTsid).Put16(kOnid).PutLoop(NetworkStreamDescriptors(broadcast));
     body.PutLoop(name).PutLoop(stream);
-    return MakeSection({kNit, kNid}, body);
+    return MakeSection({kNit, kNid, broadcast.Version()}, body);
 }
 
 Bytes EventDescriptors(const Programme& programme) {
@@ -94,26 +96,33 @@ Bytes EventDescriptors(const Programme& programme) {
     return descriptors;
 }
 
-// The programme of the given minute: section 0 for the present one, 1 for the following.
-Section EventSection(const ServiceInfo& service, std::int64_t minute, bool following, unsigned version) {
-    const auto index = static_cast<std::size_t>(minute) % service.programmes.size();
+// What is on in a minute: as many programmes further as are skipped.
+struct Slot {
+    std::int64_t minute, skipped;
+    bool following;
+};
+
+// Section 0 is for the present slot, 1 for the following one.
+Section EventSection(const ServiceInfo& service, const Slot& slot, unsigned version) {
+    const std::int64_t count = slot.minute + slot.skipped;
+    const auto index = static_cast<std::size_t>(count) % service.programmes.size();
     const Bytes descriptors = EventDescriptors(service.programmes[index]);
     Bytes body;
     body.Put16(kTsid).Put16(kOnid).Put8(1).Put8(kEit);
-    body.Put16(static_cast<unsigned>(minute & 0xffff)).Put40(DvbTime(minute * kProgrammeLength));
+    body.Put16(static_cast<unsigned>(count & 0xffff)).Put40(DvbTime(slot.minute * kProgrammeLength));
     body.Put8(0).Put16(static_cast<unsigned>(BcdSeconds(kProgrammeLength)));
-    body.Put16((following ? kNotRunning : kRunning) << 13 | static_cast<unsigned>(descriptors.Size()));
+    body.Put16((slot.following ? kNotRunning : kRunning) << 13 | static_cast<unsigned>(descriptors.Size()));
     body.Put(descriptors);
-    return MakeSection({kEit, service.sid, version, following ? 1u : 0u, 1}, body);
+    return MakeSection({kEit, service.sid, version, slot.following ? 1u : 0u, 1}, body);
 }
 
-std::vector<Section> EventSections(std::int64_t now) {
-    const std::int64_t minute = now / kProgrammeLength;
-    const auto version = static_cast<unsigned>(minute & 0x1f);
+std::vector<Section> EventSections(const Broadcast& broadcast, std::int64_t now) {
+    const std::int64_t minute = now / kProgrammeLength, skipped = broadcast.Skipped();
+    const auto version = static_cast<unsigned>((minute + skipped) & 0x1f);
     std::vector<Section> sections;
-    for (const ServiceInfo& service : Services()) {
-        sections.push_back(EventSection(service, minute, false, version));
-        sections.push_back(EventSection(service, minute + 1, true, version));
+    for (const ServiceInfo& service : broadcast.Services()) {
+        sections.push_back(EventSection(service, {minute, skipped, false}, version));
+        sections.push_back(EventSection(service, {minute + 1, skipped, true}, version));
     }
     return sections;
 }
@@ -135,21 +144,31 @@ Section StreamEventSection(std::uint16_t id, unsigned version, std::string_view 
     return MakeSection({kStreamDescriptorTable, id, version & 0x1f}, descriptors);
 }
 
-std::vector<RepeatedTable> Tables() {
-    const auto fixed = [](Section section) {
-        return [sections = std::vector<Section>{std::move(section)}](std::int64_t) { return sections; };
+std::vector<RepeatedTable> Tables(std::shared_ptr<const Broadcast> broadcast) {
+    if (!broadcast) broadcast = std::make_shared<Broadcast>();
+    const auto listing = [broadcast](Section (*make)(const Broadcast&)) {
+        return [=](std::int64_t) { return std::vector<Section>{make(*broadcast)}; };
+    };
+    const auto version = [broadcast] { return std::int64_t{broadcast->Version()}; };
+    const auto onAir = [broadcast](const ServiceInfo& service) {
+        const auto services = broadcast->Services();
+        return std::ranges::find(services, service.sid, &ServiceInfo::sid) != services.end();
     };
     std::vector<RepeatedTable> tables{
-        {kPatPid, 100 * kMillisecond, fixed(AssociationSection())},
-        {kNitPid, 1000 * kMillisecond, fixed(NetworkSection())},
-        {kSdtPid, 1000 * kMillisecond, fixed(DescriptionSection())},
-        {kEitPid, 500 * kMillisecond, EventSections},
+        {kPatPid, 100 * kMillisecond, listing(AssociationSection), version},
+        {kNitPid, 1000 * kMillisecond, listing(NetworkSection), version},
+        {kSdtPid, 1000 * kMillisecond, listing(DescriptionSection), version},
+        {kEitPid, 500 * kMillisecond, [=](std::int64_t now) { return EventSections(*broadcast, now); },
+         [=] { return broadcast->Skipped(); }},
         {kTdtPid, 1000 * kMillisecond, [](std::int64_t now) { return std::vector<Section>{TimeSection(now)}; }},
         {kTickPid, 200 * kMillisecond, TickSections},
         {kTickPid, 40 * kMillisecond, [](std::int64_t) { return MessageEvents::Instance().Due(); }},
     };
-    for (const ServiceInfo& service : Services())
-        tables.push_back({service.mapPid, 100 * kMillisecond, fixed(MapSection(service))});
+    for (const auto* services : {&Services(), &OccasionalServices()})
+        for (const ServiceInfo& service : *services)
+            tables.push_back({service.mapPid, 100 * kMillisecond, [=, section = MapSection(service)](std::int64_t) {
+                                  return onAir(service) ? std::vector<Section>{section} : std::vector<Section>{};
+                              }});
     return tables;
 }
 

@@ -7,7 +7,7 @@ namespace television::demonstration {
 
 TableInjector::TableInjector(std::vector<RepeatedTable> tables, std::set<std::uint16_t> replaced, WallClock wallClock)
     : m_replaced(std::move(replaced)), m_wallClock(std::move(wallClock)) {
-    for (RepeatedTable& table : tables) m_tables.push_back({std::move(table), 0});
+    for (RepeatedTable& table : tables) m_tables.push_back({std::move(table)});
     m_replaced.insert(kNullPid);
 }
 
@@ -22,7 +22,9 @@ void TableInjector::Process(std::vector<std::uint8_t>& packets) {
 
 void TableInjector::QueueDueTables() {
     for (Scheduled& scheduled : m_tables) {
-        if (m_clock.Now() < scheduled.due) continue;
+        const std::int64_t version = scheduled.table.version ? scheduled.table.version() : 0;
+        if (m_clock.Now() < scheduled.due && version == scheduled.version) continue;
+        scheduled.version = version;
         scheduled.due = m_clock.Now() + scheduled.table.interval;
         std::vector<std::uint8_t> packets;
         for (const Section& section : scheduled.table.make(m_wallClock()))

@@ -29,7 +29,7 @@ private:
 
     struct Scheduled {
         RepeatedTable table;
-        std::int64_t due = 0;
+        std::int64_t due = 0, version = 0;
     };
     std::vector<Scheduled> m_tables;
     std::set<std::uint16_t> m_replaced;

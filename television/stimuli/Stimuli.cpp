@@ -6,6 +6,7 @@
 
 #include "television/TelevisionSet.h"
 #include "television/demonstration/MessageEvents.h"
+#include "television/stimuli/BroadcastStimuli.h"
 
 namespace television {
 namespace {
@@ -97,6 +98,13 @@ constexpr std::array kStimuli{
     Stimulus{"pin", "PIN", "open the programme that the lock blocks; the PIN is 0000", Pin},
     Stimulus{"scrambling", "on|off", "scramble the demonstration's service Atlas Key, or clear it", Scrambling},
     Stimulus{"rights", "none|valid [CASYSTEM [TEXT]]", "the CA module reports the rights to the channel", ReportRights},
+    Stimulus{"service-appears", "NUMBER",
+             "let a service of the demonstration come on the air: 5 (Atlas Pop-up), 90 (Atlas Data)", ServiceAppears},
+    Stimulus{"service-disappears", "NUMBER", "take a service of the demonstration off the air", ServiceDisappears},
+    Stimulus{"service-renamed", "NUMBER NAME", "give a service of the demonstration another name", ServiceRenamed},
+    Stimulus{"service-renumbered", "NUMBER NUMBER", "give a service of the demonstration another channel number",
+             ServiceRenumbered},
+    Stimulus{"programme", "next", "let the demonstration's next programmes begin", MoveProgramme},
 };
 
 std::string Trimmed(const std::string& text) {

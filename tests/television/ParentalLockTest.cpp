@@ -82,7 +82,7 @@ protected:
             m_watch.Notify();
         };
         m_set = std::make_unique<TelevisionSet>(m_gate, observer, SoundOutput{}, "");
-        auto source = std::make_unique<demonstration::DemonstrationSource>(DEMONSTRATION_STREAM,
+        auto source = std::make_unique<demonstration::DemonstrationSource>(DEMONSTRATION_STREAM, nullptr,
                                                                            [this] { return m_wallClock.load(); });
         ASSERT_EQ(source->Open(), std::nullopt);
         ASSERT_EQ(m_set->Start(std::move(source), {}), std::nullopt);

@@ -59,6 +59,10 @@ std::optional<std::string> TelevisionTest::StartWith(const std::string& stream) 
     Observer observer;
     observer.pictureChanged = [this] { m_watch.Notify(); };
     observer.channelChanged = [this] { m_watch.Notify(); };
+    observer.servicesChanged = [this] {
+        ++m_servicesChanged;
+        m_watch.Notify();
+    };
     return m_television.Start(m_configuration, observer);
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <optional>
 #include <string>
 
@@ -38,6 +39,7 @@ protected:
     IBroadcastPlayer* m_player = nullptr;
     bool m_startDemonstration = true;
     Configuration m_configuration;
+    std::atomic<int> m_servicesChanged = 0;
 };
 
 }  // namespace television::test

@@ -23,10 +23,10 @@ bool IsAccess(const ServiceSelection& selection, const std::uint8_t* packet) {
            (selection.accessAnywhere || BeginsRandomAccess(packet, selection.accessType));
 }
 
-void CopySelected(const ServiceSelection& selection, std::span<const std::uint8_t> from,
-                  std::vector<std::uint8_t>& to) {
+void CopyStreams(const ServiceSelection& selection, std::span<const std::uint8_t> from,
+                 std::vector<std::uint8_t>& to) {
     for (std::size_t at = 0; at < from.size(); at += kPacketSize)
-        if (Selected(selection, from.data() + at))
+        if (selection.pids.contains(PidOf(from.data() + at)))
             to.insert(to.end(), from.begin() + static_cast<std::ptrdiff_t>(at),
                       from.begin() + static_cast<std::ptrdiff_t>(at + kPacketSize));
 }
@@ -70,8 +70,8 @@ void StreamBuffer::Attach(const ServiceSelection& selection, Feed feed) {
     std::vector<std::uint8_t> packets;
     const Place start = FindAccess(selection);
     m_waiting = start == End();
-    CopyTable(kPatPid, start, packets);
-    CopyTable(selection.tablePid, start, packets);
+    CopyTable(kPatPid, packets);
+    CopyTable(selection.tablePid, packets);
     CopyFrom(start, selection, packets);
     if (!packets.empty()) m_feed(std::move(packets));
 }
@@ -111,11 +111,12 @@ StreamBuffer::Place StreamBuffer::FindAccess(const ServiceSelection& selection) 
     return End();
 }
 
-// Copies the packets from the last beginning of a section of the PID before `before` up to the next one: one table, as
-// long as it is one section, which the PAT and each PMT of a channel are in practice.
-void StreamBuffer::CopyTable(std::uint16_t pid, Place before, std::vector<std::uint8_t>& packets) const {
+// Copies the packets from the last beginning of a section of the PID: one table, as long as it is one section, which the
+// PAT and each PMT of a channel are in practice. It is the newest one, whatever the pictures before it were sent with: by
+// it the channel was found.
+void StreamBuffer::CopyTable(std::uint16_t pid, std::vector<std::uint8_t>& packets) const {
     std::vector<const std::uint8_t*> found;
-    for (Place place = before; Back(place);) {
+    for (Place place = End(); Back(place);) {
         if (PidOf(At(place)) != pid) continue;
         found.push_back(At(place));
         if (!StartsUnit(At(place))) continue;
@@ -130,7 +131,7 @@ void StreamBuffer::CopyTable(std::uint16_t pid, Place before, std::vector<std::u
 void StreamBuffer::CopyFrom(Place start, const ServiceSelection& selection, std::vector<std::uint8_t>& packets) const {
     for (std::size_t batch = start.batch; batch < m_batches.size(); ++batch) {
         const std::span<const std::uint8_t> all(m_batches[batch].packets);
-        CopySelected(selection, all.subspan(batch == start.batch ? start.offset : 0), packets);
+        CopyStreams(selection, all.subspan(batch == start.batch ? start.offset : 0), packets);
     }
 }
 

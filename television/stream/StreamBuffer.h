@@ -52,7 +52,7 @@ private:
     bool Back(Place& place) const;
     Place End() const { return {m_batches.size(), 0}; }
     Place FindAccess(const ServiceSelection& selection) const;
-    void CopyTable(std::uint16_t pid, Place before, std::vector<std::uint8_t>& packets) const;
+    void CopyTable(std::uint16_t pid, std::vector<std::uint8_t>& packets) const;
     void CopyFrom(Place start, const ServiceSelection& selection, std::vector<std::uint8_t>& packets) const;
     void CopyWritten(std::span<const std::uint8_t> packets, std::vector<std::uint8_t>& wanted);
     void Trim();

@@ -116,6 +116,20 @@ TEST_F(StreamBufferTest, CopiesATableOfSeveralPackets) {
     EXPECT_EQ(ContinuityOf(tables[1]), 4);
 }
 
+TEST_F(StreamBufferTest, GivesTheNewestTablesAndNoOlderOnes) {
+    WriteTables();
+    WriteUnit(1, true);
+    Write(MakePacket({.pid = 0, .continuity = 1, .startsUnit = true}));
+    WriteUnit(2, false);
+    Write(MakePacket({.pid = 0, .continuity = 2, .startsUnit = true}));
+    Attach();
+    const auto tables = OfPid(m_fed, 0);
+    ASSERT_EQ(tables.size(), 1u);
+    EXPECT_EQ(ContinuityOf(tables[0]), 2);
+    EXPECT_EQ(PidOf(m_fed.data()), 0);
+    EXPECT_EQ(FedPictures(), (std::vector{1, 2}));
+}
+
 TEST_F(StreamBufferTest, ForgetsEverythingWhenItIsCleared) {
     WriteTables();
     WriteUnit(1, true);

@@ -70,6 +70,7 @@ std::optional<std::string> TelevisionSet::Start(std::unique_ptr<PacketSource> so
     m_receiver = std::make_unique<Receiver>(std::move(source), static_cast<ReceiverClient&>(*this));
     if (auto error = ReadTables(progress)) return error;
     m_receiver->KeepTime();
+    m_queue.Post([this] { m_started = true; });
     if (const auto first = m_directory.First()) m_presentation.SelectSilently(first->id);
     return std::nullopt;
 }
@@ -162,7 +163,7 @@ void TelevisionSet::TablesRead(const Tables& tables) {
 
 // A change of the services shows in one table after the other: it is told when they have come.
 void TelevisionSet::AnnounceServices() {
-    if (std::exchange(m_announcingServices, true)) return;
+    if (!m_started || std::exchange(m_announcingServices, true)) return;
     m_queue.PostAt(TaskQueue::Clock::now() + kSettlingTime, [this] {
         m_announcingServices = false;
         Call(m_observer.servicesChanged);

@@ -91,8 +91,8 @@ private:
     Presentation m_presentation;
     StreamEvents m_events;
     Resources m_resources;
-    std::vector<unsigned int> m_lockedServices;  // the television's thread
-    bool m_announcingServices = false;  // the queue's
+    std::vector<unsigned int> m_lockedServices;             // the television's thread
+    bool m_started = false, m_announcingServices = false;  // the queue's
 
     TableReader m_tables;  // the receiving thread's
     std::mutex m_mutex;

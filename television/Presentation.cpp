@@ -7,7 +7,7 @@
 namespace television {
 
 Presentation::Presentation(Surroundings surroundings, SoundOutput sound, const std::string& language)
-    : m_around(std::move(surroundings)), m_sound(std::move(sound)) {
+    : m_around(std::move(surroundings)), m_sound(std::move(sound)), m_subtitles(m_around.screen, m_around.queue) {
     m_state.choice = ComponentChoice(language);
 }
 

@@ -18,6 +18,7 @@
 #include "television/playback/Decoder.h"
 #include "television/stream/ScramblingWatch.h"
 #include "television/stream/StreamBuffer.h"
+#include "television/subtitles/SubtitleTrack.h"
 
 namespace television {
 
@@ -149,6 +150,7 @@ private:
 
     // The television's thread only.
     SoundOutput m_sound;
+    SubtitleTrack m_subtitles;
     std::unique_ptr<Decoder> m_decoder;
     std::uint16_t m_videoPid = kNullPid;  // that it decodes
     Route m_route;

@@ -32,6 +32,7 @@ ServiceSelection SelectionOf(const Route& route, const DecoderPlan& plan, const 
     selection.pids = {route.clockPid};
     if (plan.video) selection.pids.insert(plan.video->pid);
     for (const Component& sound : plan.sounds) selection.pids.insert(sound.pid);
+    selection.pids.insert(plan.subtitlePids.begin(), plan.subtitlePids.end());
     return selection;
 }
 
@@ -85,12 +86,14 @@ void Presentation::Restart() {
     RunSession(session);
 }
 
-// All sounds of the service are decoded; of its pictures, those that are presented.
+// All sounds and subtitles of the service are decoded; of its pictures, those that are presented.
 DecoderPlan Presentation::PlanOf(const Route& route) const {
     DecoderPlan plan;
     plan.sid = route.sid;
-    for (const Component& component : route.components)
+    for (const Component& component : route.components) {
         if (component.type == ComponentType::Audio) plan.sounds.push_back(component);
+        if (component.type == ComponentType::Subtitle && IsDrawn(component)) plan.subtitlePids.insert(component.pid);
+    }
     plan.output = m_sound;
     plan.volume = Volume();
     std::lock_guard lock(m_mutex);
@@ -129,6 +132,9 @@ DecoderEvents Presentation::Events(std::uint64_t session, bool hasVideo) {
     events.firstSound = [=] {
         if (!hasVideo) first();
     };
+    events.subtitle = [=, this](std::uint16_t pid, std::vector<std::uint8_t>&& data) {
+        m_around.queue.Post([=, this, data = std::move(data)] { m_subtitles.Take(session, pid, data); });
+    };
     events.fault = [=, this](const std::string& text, bool soundDevice) {
         Log((soundDevice ? "The sound device failed: " : "Decoding failed: ") + text + ".");
         if (soundDevice)
@@ -144,7 +150,10 @@ void Presentation::ApplyChoice() {
     const DecoderPlan plan = PlanOf(m_route);
     std::unique_lock lock(m_mutex);
     const bool seen = m_state.choice.Presented(m_route.components, ComponentType::Video).has_value();
+    const auto subtitle = m_state.choice.Presented(m_route.components, ComponentType::Subtitle);
+    const std::uint64_t session = m_state.session;
     lock.unlock();
+    m_subtitles.Choose(session, subtitle);
     m_around.screen.ShowVideo(seen || !plan.video);
     if (!m_decoder) return;
     if (plan.video && plan.video->pid != m_videoPid)
@@ -156,6 +165,7 @@ void Presentation::ApplyChoice() {
 void Presentation::CloseDecoder() {
     m_around.buffer.Detach();
     m_decoder.reset();
+    m_subtitles.Choose(0, std::nullopt);
 }
 
 // Ends what was presented before `session`, unless a newer one has taken its place already.

@@ -26,6 +26,7 @@ bool Same(const TPTRect& a, const TPTRect& b) {
 
 void Screen::Begin(std::uint64_t session) {
     std::shared_ptr<const Picture> before;
+    std::shared_ptr<const Subtitles> subtitlesBefore;
     bool moved = false;
     {
         std::lock_guard lock(m_mutex);
@@ -33,9 +34,10 @@ void Screen::Begin(std::uint64_t session) {
         m_session = session;
         const TPTRect rectangle = Place();
         m_picture.swap(before);
+        m_subtitles.swap(subtitlesBefore);
         moved = !Same(rectangle, Place());
     }
-    if (before) Call(pictureChanged);
+    if (before || subtitlesBefore) Call(pictureChanged);
     if (moved) Call(layoutChanged);
 }
 
@@ -57,6 +59,15 @@ void Screen::Show(std::uint64_t session, std::shared_ptr<const Picture> picture)
     Call(pictureChanged);
     if (moved) Call(layoutChanged);
     if (aspect) Call(aspectChanged);
+}
+
+void Screen::ShowSubtitles(std::uint64_t session, std::shared_ptr<const Subtitles> subtitles) {
+    {
+        std::lock_guard lock(m_mutex);
+        if (session != m_session || (!subtitles && !m_subtitles)) return;
+        m_subtitles.swap(subtitles);
+    }
+    Call(pictureChanged);
 }
 
 void Screen::ShowVideo(bool shown) {
@@ -103,6 +114,11 @@ TPTRect Screen::Place() const {
 std::shared_ptr<const Picture> Screen::CurrentPicture() const {
     std::lock_guard lock(m_mutex);
     return m_videoShown ? m_picture : nullptr;
+}
+
+std::shared_ptr<const Subtitles> Screen::CurrentSubtitles() const {
+    std::lock_guard lock(m_mutex);
+    return m_subtitles;
 }
 
 TPTRect Screen::Rectangle() const {

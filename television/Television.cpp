@@ -68,6 +68,11 @@ std::shared_ptr<const Picture> Television::CurrentPicture() {
     return set ? set->TheScreen().CurrentPicture() : nullptr;
 }
 
+std::shared_ptr<const Subtitles> Television::CurrentSubtitles() {
+    const auto set = Core::Instance().Set();
+    return set ? set->TheScreen().CurrentSubtitles() : nullptr;
+}
+
 TuneTimes Television::LastTune() {
     const auto set = Core::Instance().Set();
     return set ? set->ThePresentation().LastTune() : TuneTimes{};

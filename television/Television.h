@@ -65,9 +65,19 @@ struct Picture {
     std::shared_ptr<void> owner;      // keeps the pixels
 };
 
+// Subtitles that lie over the picture.
+struct Subtitles {
+    struct Part {
+        int x = 0, y = 0, width = 0, height = 0;
+        std::vector<std::uint32_t> pixels;  // alpha, red, green, blue from the highest byte on; premultiplied
+    };
+    int width = 0, height = 0;  // of the display that the parts are placed on; it covers the picture
+    std::vector<Part> parts;
+};
+
 // Called on threads of the television's; must return at once.
 struct Observer {
-    std::function<void()> pictureChanged;              // there is a new picture, or none any more
+    std::function<void()> pictureChanged;              // there is a new picture, or none any more; or new subtitles
     std::function<void()> layoutChanged;               // VideoRectangle answers differently
     std::function<void()> channelChanged;              // CurrentService answers differently
     std::function<void()> servicesChanged;             // Services answers differently, or one is locked or not any more
@@ -118,6 +128,8 @@ public:
     TPTRect VideoRectangle();
     // The picture to show now, or null for black.
     std::shared_ptr<const Picture> CurrentPicture();
+    // What lies over the picture, in the same rectangle, or null.
+    std::shared_ptr<const Subtitles> CurrentSubtitles();
     TuneTimes LastTune();
     // How many milliseconds ago the last stream event came that somebody listens for; for measurements.
     double SinceStreamEvent();

@@ -7,6 +7,7 @@
 #include <QRegion>
 
 #include "browser/planes/Geometry.h"
+#include "browser/planes/SubtitlePlane.h"
 #include "browser/planes/VideoPlane.h"
 
 namespace browser {
@@ -45,6 +46,7 @@ QImage TvWindow::Composed() {
 
 void TvWindow::PaintPlanes(QPainter& painter, const QRect& stage) {
     PaintVideoPlane(painter, stage);
+    PaintSubtitlePlane(painter, stage);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, stage.size() != kGraphicsPlane);
     painter.drawImage(stage, m_graphics.Image());
 }

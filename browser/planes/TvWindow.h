@@ -1,4 +1,5 @@
-// The television's screen on the desk: the video plane under the graphics plane, scaled to the window.
+// The television's screen on the desk: the video plane, the subtitles over it and the graphics plane over both, scaled
+// to the window.
 #pragma once
 
 #include <QImage>

@@ -16,11 +16,14 @@ inline constexpr std::uint32_t kFrequency = 61'800'000;  // in 10 Hz
 inline constexpr std::uint16_t kTickPid = 0x104, kTickId = 1, kMessageId = 3;
 inline constexpr std::uint8_t kTickTag = 10;
 
+// Atlas One's DVB subtitles, a page a second.
+inline constexpr std::uint16_t kGermanSubtitlePid = 0x105, kEnglishSubtitlePid = 0x106, kSubtitlePage = 1;
+
 struct Stream {
-    std::uint8_t type;
+    std::uint8_t type;  // private data: DVB subtitles
     std::uint16_t pid;
     std::uint8_t tag;
-    std::string language;        // of sound
+    std::string language;        // of sound and subtitles
     std::uint8_t audioType = 0;  // of ISO_639_language_descriptor
 };
 

@@ -29,9 +29,10 @@ std::int64_t SecondsSince1970() {
 }  // namespace
 
 DemonstrationSource::DemonstrationSource(const std::string& path, std::shared_ptr<const Broadcast> broadcast,
-                                         TableInjector::WallClock wallClock)
+                                         const TableInjector::WallClock& wallClock)
     : m_file(path),
-      m_injector(Tables(std::move(broadcast)), kReplaced, wallClock ? std::move(wallClock) : SecondsSince1970),
+      m_injector(Tables(std::move(broadcast)), kReplaced, wallClock ? wallClock : SecondsSince1970),
+      m_subtitles(MakeSubtitleInjector(wallClock ? wallClock : SecondsSince1970)),
       m_scrambler(ScrambledPids()) {
     MessageEvents::Instance().Open();
 }
@@ -41,6 +42,7 @@ DemonstrationSource::~DemonstrationSource() { MessageEvents::Instance().Close();
 PacketSource::Result DemonstrationSource::Read(std::vector<std::uint8_t>& packets) {
     const Result result = m_file.Read(packets);
     m_injector.Process(packets);
+    m_subtitles.Process(packets);
     m_scrambler.Process(packets);
     return result;
 }

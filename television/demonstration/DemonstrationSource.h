@@ -5,6 +5,7 @@
 #include <string>
 
 #include "television/demonstration/Scrambler.h"
+#include "television/demonstration/SubtitleInjector.h"
 #include "television/demonstration/TableInjector.h"
 #include "television/stream/FileSource.h"
 
@@ -14,7 +15,7 @@ class DemonstrationSource : public PacketSource {
 public:
     // `wallClock` is what the tables tell; by default the machine's.
     explicit DemonstrationSource(const std::string& path, std::shared_ptr<const Broadcast> broadcast = nullptr,
-                                 TableInjector::WallClock wallClock = {});
+                                 const TableInjector::WallClock& wallClock = {});
     ~DemonstrationSource() override;
     std::optional<std::string> Open() override { return m_file.Open(); }
     Result Read(std::vector<std::uint8_t>& packets) override;
@@ -24,6 +25,7 @@ public:
 private:
     FileSource m_file;
     TableInjector m_injector;
+    SubtitleInjector m_subtitles;
     Scrambler m_scrambler;
 };
 

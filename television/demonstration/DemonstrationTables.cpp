@@ -6,6 +6,7 @@
 #include "television/demonstration/DemonstrationServices.h"
 #include "television/demonstration/MessageEvents.h"
 #include "television/events/StreamEventSection.h"
+#include "television/stream/StreamTypes.h"
 #include "television/tables/DescriptorTags.h"
 #include "television/tables/DvbTime.h"
 
@@ -17,6 +18,7 @@ constexpr unsigned kPat = 0x00, kPmt = 0x02, kNit = 0x40, kSdt = 0x42, kEit = 0x
 constexpr unsigned kRunning = 4, kNotRunning = 1;
 constexpr std::int64_t kProgrammeLength = 60;
 constexpr std::int64_t kMillisecond = 27'000;
+constexpr unsigned kHdSubtitles = 0x14;  // ETSI EN 300 468, table 26
 constexpr const char* kProvider = "Atlas";
 
 Section AssociationSection(const Broadcast& broadcast) {
@@ -29,7 +31,13 @@ Section AssociationSection(const Broadcast& broadcast) {
 Bytes StreamDescriptors(const Stream& stream) {
     Bytes descriptors;
     descriptors.PutDescriptor(kStreamIdentifierTag, Bytes().Put8(stream.tag));
-    if (!stream.language.empty())
+    if (stream.type == kPrivateData)
+        descriptors.PutDescriptor(kSubtitlingTag, Bytes()
+                                                      .Put(stream.language)
+                                                      .Put8(kHdSubtitles)
+                                                      .Put16(kSubtitlePage)
+                                                      .Put16(kSubtitlePage));
+    else if (!stream.language.empty())
         descriptors.PutDescriptor(kLanguageTag, Bytes().Put(stream.language).Put8(stream.audioType));
     return descriptors;
 }

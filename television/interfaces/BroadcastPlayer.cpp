@@ -44,7 +44,15 @@ void ChooseByPid(Choose choose, ComponentType type, unsigned short pid) {
     Log("The choice of PID " + std::to_string(pid) + " changed nothing: the service has no such video.");
 }
 
-void LogNoSubtitles() { Log("The choice of subtitles changed nothing: this television shows none."); }
+// Only what is drawn can be chosen.
+void ChooseSubtitle(Choose choose, unsigned int index) {
+    const auto set = Core::Instance().Set();
+    if (!set) return;
+    for (const Component& component : set->Directory().RouteTo(set->ThePresentation().Selected()).components)
+        if (component.type == ComponentType::Subtitle && component.index == index && !IsDrawn(component))
+            return Log("The choice of subtitles changed nothing: this television draws no teletext.");
+    ChooseByIndex(choose, ComponentType::Subtitle, index);
+}
 
 }  // namespace
 
@@ -151,7 +159,9 @@ void BroadcastPlayer::SelectAudioComponent(unsigned int index) {
     ChooseByIndex(&Presentation::SelectComponent, ComponentType::Audio, index);
 }
 
-void BroadcastPlayer::SelectSubtitleComponent(unsigned int) { LogNoSubtitles(); }
+void BroadcastPlayer::SelectSubtitleComponent(unsigned int index) {
+    ChooseSubtitle(&Presentation::SelectComponent, index);
+}
 
 void BroadcastPlayer::UnselectVideoComponent(unsigned short pid) {
     ChooseByPid(&Presentation::UnselectComponent, ComponentType::Video, pid);
@@ -161,6 +171,8 @@ void BroadcastPlayer::UnselectAudioComponent(unsigned int index) {
     ChooseByIndex(&Presentation::UnselectComponent, ComponentType::Audio, index);
 }
 
-void BroadcastPlayer::UnselectSubtitleComponent(unsigned int) { LogNoSubtitles(); }
+void BroadcastPlayer::UnselectSubtitleComponent(unsigned int index) {
+    ChooseSubtitle(&Presentation::UnselectComponent, index);
+}
 
 }  // namespace television

@@ -49,6 +49,17 @@ struct Decoder::Callbacks {
         return GST_FLOW_OK;
     }
 
+    static GstFlowReturn Subtitle(GstAppSink* appSink, gpointer subtitleSink) {
+        const auto& sink = *static_cast<SubtitleSink*>(subtitleSink);
+        GstSample* sample = gst_app_sink_pull_sample(appSink);
+        GstBuffer* buffer = sample ? gst_sample_get_buffer(sample) : nullptr;
+        std::vector<std::uint8_t> data(buffer ? gst_buffer_get_size(buffer) : 0);
+        if (buffer) gst_buffer_extract(buffer, 0, data.data(), data.size());
+        if (sample) gst_sample_unref(sample);
+        if (!data.empty()) sink.decoder.m_events.subtitle(sink.pid, std::move(data));
+        return GST_FLOW_OK;
+    }
+
     static GstPadProbeReturn FirstSound(GstPad*, GstPadProbeInfo*, gpointer decoder) {
         static_cast<Decoder*>(decoder)->m_events.firstSound();
         return GST_PAD_PROBE_REMOVE;
@@ -77,6 +88,7 @@ Decoder::Decoder(const DecoderPlan& plan, DecoderEvents events) : m_events(std::
     BuildInput(plan.sid);
     if (plan.video) BuildVideo(*plan.video);
     if (!plan.sounds.empty()) BuildSound(plan);
+    for (const std::uint16_t pid : plan.subtitlePids) BuildSubtitles(pid);
     gst_element_set_state(m_pipeline, GST_STATE_PLAYING);
 }
 
@@ -157,6 +169,19 @@ void Decoder::BuildSoundBranch(const Component& sound) {
     gst_object_unref(from);
     m_branches.push_back({sound.pid, chain.front(), to});
     gst_object_unref(to);  // the selector keeps it
+}
+
+// Subtitles come seldom: neither the first picture nor the end of a flush may wait for them.
+void Decoder::BuildSubtitles(std::uint16_t pid) {
+    const auto chain = Chain({"queue", "appsink"});
+    if (chain.empty()) return;
+    LiftQueueLimits(chain.front());
+    g_object_set(chain.back(), "sync", TRUE, "async", FALSE, nullptr);
+    m_subtitleSinks.push_back(std::make_unique<SubtitleSink>(SubtitleSink{*this, pid}));
+    GstAppSinkCallbacks callbacks{};
+    callbacks.new_sample = Callbacks::Subtitle;
+    gst_app_sink_set_callbacks(GST_APP_SINK(chain.back()), &callbacks, m_subtitleSinks.back().get(), nullptr);
+    m_branches.push_back({pid, chain.front(), nullptr});
 }
 
 void Decoder::Hear(std::optional<std::uint16_t> pid) {

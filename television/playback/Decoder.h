@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,7 @@ struct DecoderPlan {
     std::optional<Component> video;
     std::vector<Component> sounds;  // all are decoded, one is heard
     std::optional<std::uint16_t> heard;  // its PID; none: silence
+    std::set<std::uint16_t> subtitlePids;  // their data is handed out
     SoundOutput output;
     int volume = 100;
 };
@@ -37,6 +39,8 @@ struct DecoderPlan {
 struct DecoderEvents {
     std::function<void(std::shared_ptr<const Picture>)> picture;
     std::function<void()> firstSound;
+    // The data of a PES packet of subtitles, when its time has come.
+    std::function<void(std::uint16_t pid, std::vector<std::uint8_t>&& data)> subtitle;
     std::function<void(const std::string& text, bool soundDevice)> fault;
 };
 
@@ -59,6 +63,7 @@ private:
     void BuildInput(std::uint16_t sid);
     void BuildVideo(const Component& video);
     void BuildSound(const DecoderPlan& plan);
+    void BuildSubtitles(std::uint16_t pid);
     void BuildSoundBranch(const Component& sound);
     bool BuildSoundOutput(const DecoderPlan& plan);
     std::vector<GstElement*> Chain(const std::vector<std::string>& factories);
@@ -76,6 +81,11 @@ private:
         GstPad* selectable = nullptr;  // the selector's pad, where the chain is one of sound
     };
     std::vector<Branch> m_branches;
+    struct SubtitleSink {
+        Decoder& decoder;
+        std::uint16_t pid;
+    };
+    std::vector<std::unique_ptr<SubtitleSink>> m_subtitleSinks;
 };
 
 // Loads the elements that decoding needs, so that the first channel change need not.

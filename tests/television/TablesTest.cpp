@@ -73,7 +73,7 @@ TEST(TableReader, ReadsPmtsThatComeAfterThePat) {
     EXPECT_EQ(reading.Current().maps.size(), demonstration::Services().size());
     const auto& map = reading.Current().maps.at(0x6e01);
     EXPECT_EQ(map.clockPid, 0x101);
-    EXPECT_EQ(map.streams.size(), 4u);
+    EXPECT_EQ(map.streams.size(), 6u);
 }
 
 TEST(TableReader, TellsNothingWhenTheSameComesAgain) {
@@ -214,11 +214,13 @@ TEST(Components, AreListedFromThePmt) {
     Reading reading;
     reading.Read(demonstration::Tables(), kNoon);
     const auto components = ListComponents(reading.Current().maps.at(0x6e01), true);
-    ASSERT_EQ(components.size(), 3u);
+    ASSERT_EQ(components.size(), 5u);
     EXPECT_EQ(ArgumentText(components[0], 16.0 / 9.0, true),
               "0, 0, 257, 1, '', false, 'AVC_HD_25', 1.78, false, 0, false, true");
     EXPECT_EQ(ArgumentText(components[2], std::nullopt, false),
               "1, 1, 259, 3, 'eng', false, 'MPEG1_L2', null, false, 2, false, false");
+    EXPECT_EQ(ArgumentText(components[3], std::nullopt, false),
+              "2, 0, 261, 5, 'deu', false, 'DVB_SUBT', null, false, 0, false, false");
 }
 
 TEST(Components, TellCommentaryEncryptionAndSubtitles) {
@@ -316,7 +318,7 @@ TEST(DemonstrationStream, HasTheStreamsThatItsTablesName) {
     const Packets packets = DemonstrationWith({});
     for (const auto& service : demonstration::Services()) {
         for (const auto& stream : service.streams)
-            if (stream.type != kStreamDescriptors) {  // those are made with the tables
+            if (stream.type != kStreamDescriptors && stream.type != kPrivateData) {  // those are made when it plays
                 EXPECT_GT(OfPid(packets, stream.pid).size(), 100u) << service.name;
             }
         const auto clocks = OfPid(packets, service.clockPid);

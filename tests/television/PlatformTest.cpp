@@ -75,7 +75,7 @@ TEST_F(PlatformTest, KeepsTheVolumeBetweenZeroAndAHundred) {
 TEST_F(PlatformTest, ListsComponentsAndThoseThatArePresented) {
     EXPECT_EQ(m_player->GetVideoComponents(false).size(), 1u);
     EXPECT_EQ(m_player->GetAudioComponents(false).size(), 2u);
-    EXPECT_EQ(m_player->GetSubtitleComponents(false).size(), 0u);
+    EXPECT_EQ(m_player->GetSubtitleComponents(false).size(), 2u);
     ASSERT_EQ(m_player->GetAudioComponents(true).size(), 1u);
     EXPECT_EQ(m_player->GetAudioComponents(true)[0].ParamString(),
               "1, 0, 258, 2, 'deu', false, 'MPEG1_L2', null, false, 2, false, true");

@@ -73,7 +73,7 @@ TEST_F(StartTest, TellsWhatItReads) {
     EXPECT_EQ(m_television.Start(configuration, {}, [&](const std::string& what) { progress.push_back(what); }),
               std::nullopt);
     ASSERT_GE(progress.size(), 3u);
-    EXPECT_EQ(progress.back(), "4 services found");
+    EXPECT_EQ(progress.back(), "5 services found");
 }
 
 TEST_F(StartTest, PlaysAStreamWithoutServiceInformation) {

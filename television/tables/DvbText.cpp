@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -66,6 +67,30 @@ CharacterTable SelectTable(std::span<const std::uint8_t> text) {
     }
 }
 
+// The length of the UTF-8 character at the beginning; 0 when none is there (RFC 3629, clause 4).
+std::size_t CharacterLength(std::string_view text) {
+    const auto byte = [text](std::size_t i) { return i < text.size() ? static_cast<std::uint8_t>(text[i]) : 0; };
+    const int first = byte(0), second = byte(1);
+    if (first < 0x80) return 1;
+    const std::size_t length = first < 0xc2 ? 0 : first < 0xe0 ? 2 : first < 0xf0 ? 3 : first < 0xf5 ? 4 : 0;
+    for (std::size_t i = 1; i < length; ++i)
+        if ((byte(i) & 0xc0) != 0x80) return 0;
+    const bool overlong = (first == 0xe0 && second < 0xa0) || (first == 0xf0 && second < 0x90);
+    const bool none = (first == 0xed && second > 0x9f) || (first == 0xf4 && second > 0x8f);
+    return overlong || none ? 0 : length;
+}
+
+// iconv lets through what is no UTF-8, such as numbers beyond U+10FFFF.
+std::string Repaired(const std::string& text) {
+    std::string result;
+    for (std::string_view rest(text); !rest.empty();) {
+        const std::size_t length = CharacterLength(rest);
+        result += length > 0 ? rest.substr(0, length) : kReplacement;
+        rest.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return result;
+}
+
 class Converter {
 public:
     explicit Converter(const std::string& charset) : m_handle(iconv_open("UTF-8", charset.c_str())) {}
@@ -93,7 +118,7 @@ public:
         char* to = rest.data();
         std::size_t room = rest.size();
         iconv(m_handle, nullptr, nullptr, &to, &room);  // an accent that waited for its letter
-        return result.append(rest.data(), to);
+        return Repaired(result.append(rest.data(), to));
     }
 
 private:

@@ -20,9 +20,17 @@ std::string Letters(const std::vector<std::uint8_t>& data, std::size_t at) {
     return {from, from + kLanguageSize};
 }
 
+// The code of a country has three letters, that of a group of countries three digits.
+bool IsCountry(const std::string& code) {
+    return std::all_of(code.begin(), code.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+    });
+}
+
 void ReadRatings(const Descriptor& descriptor, std::vector<ParentalRating>& ratings) {
     for (std::size_t at = 0; at + kRatingSize <= descriptor.data.size(); at += kRatingSize)
-        ratings.push_back({Letters(descriptor.data, at), descriptor.data[at + kLanguageSize]});
+        if (const std::string country = Letters(descriptor.data, at); IsCountry(country))
+            ratings.push_back({country, descriptor.data[at + kLanguageSize]});
 }
 
 std::vector<ParentalRating> RatingsOf(const Descriptors& descriptors) {

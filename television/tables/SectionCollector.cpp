@@ -1,6 +1,7 @@
 // Packets to sections (ISO/IEC 13818-1, clause 2.4.4).
 #include "television/tables/SectionCollector.h"
 
+#include <array>
 #include <utility>
 
 #include "television/stream/TransportPacket.h"
@@ -15,15 +16,24 @@ std::size_t SizeOf(std::span<const std::uint8_t> section) {
     return kBeforeLength + ((section[1] & 0x0fu) << 8 | section[2]);
 }
 
+// What each byte makes of a sum of zero.
+constexpr std::array<std::uint32_t, 256> CrcTable() {
+    constexpr std::uint32_t kPolynomial = 0x04c11db7;
+    std::array<std::uint32_t, 256> table{};
+    for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+        std::uint32_t crc = byte << 24;
+        for (int bit = 0; bit < 8; ++bit) crc = crc & 0x80000000 ? crc << 1 ^ kPolynomial : crc << 1;
+        table[byte] = crc;
+    }
+    return table;
+}
+
 }  // namespace
 
 std::uint32_t SectionCrc(std::span<const std::uint8_t> bytes) {
-    constexpr std::uint32_t kPolynomial = 0x04c11db7;
+    static constexpr auto kTable = CrcTable();
     std::uint32_t crc = 0xffffffff;
-    for (const std::uint8_t byte : bytes) {
-        crc ^= static_cast<std::uint32_t>(byte) << 24;
-        for (int bit = 0; bit < 8; ++bit) crc = crc & 0x80000000 ? crc << 1 ^ kPolynomial : crc << 1;
-    }
+    for (const std::uint8_t byte : bytes) crc = crc << 8 ^ kTable[crc >> 24 ^ byte];
     return crc;
 }
 
@@ -39,6 +49,7 @@ std::optional<Section> ReadSection(std::span<const std::uint8_t> bytes) {
     section.number = bytes[6];
     section.last = bytes[7];
     section.body = bytes.subspan(kHeader, bytes.size() - kHeader - kCrc);
+    section.whole = bytes;
     return section;
 }
 
@@ -47,7 +58,10 @@ bool SectionCollector::Follows(const std::uint8_t* packet) {
     const unsigned continuity = ContinuityOf(packet);
     const auto before = std::exchange(m_continuity, continuity);
     if (before == continuity) return false;
-    if (before && ((*before + 1) & 0x0f) != continuity) Abandon();
+    if (before && ((*before + 1) & 0x0f) != continuity) {
+        ++m_gaps;
+        Abandon();
+    }
     return true;
 }
 

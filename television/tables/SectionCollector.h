@@ -17,6 +17,7 @@ struct Section {
     bool current = false;
     std::uint8_t number = 0, last = 0;
     std::span<const std::uint8_t> body;  // between the header and the CRC
+    std::span<const std::uint8_t> whole;
 };
 
 // The section in these bytes; nothing when it has the short form, or its length or its CRC is wrong.
@@ -32,6 +33,8 @@ public:
 
     // Takes a packet of the PID and calls `use` with each section that is complete and right by it.
     void Push(const std::uint8_t* packet, const Use& use);
+    // How often the packets' count had a gap.
+    unsigned Gaps() const { return m_gaps; }
 
 private:
     bool Follows(const std::uint8_t* packet);
@@ -42,6 +45,7 @@ private:
     std::vector<std::uint8_t> m_bytes;  // of the section under way
     bool m_underWay = false;
     std::optional<unsigned> m_continuity;
+    unsigned m_gaps = 0;
 };
 
 }  // namespace television

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "television/tables/Dvbpsi.h"
+#include "television/tables/SectionGate.h"
 
 namespace television {
 namespace {
@@ -25,7 +26,7 @@ AssociationTable Copy(const dvbpsi_pat_t& pat) {
     for (const auto* program = pat.p_first_program; program; program = program->p_next) {
         if (program->i_number == 0)
             table.networkPid = program->i_pid;
-        else
+        else if (table.services.size() < kLargestServiceCount)
             table.services.push_back({program->i_number, program->i_pid});
     }
     return table;
@@ -40,7 +41,8 @@ MapTable Copy(const dvbpsi_pmt_t& pmt) {
 
 DescriptionTable Copy(const dvbpsi_sdt_t& sdt) {
     DescriptionTable table{sdt.i_network_id, {}};
-    for (const auto* service = sdt.p_first_service; service; service = service->p_next)
+    for (const auto* service = sdt.p_first_service; service && table.services.size() < kLargestServiceCount;
+         service = service->p_next)
         table.services.push_back({service->i_service_id, service->b_free_ca, Copy(service->p_first_descriptor)});
     return table;
 }
@@ -61,8 +63,12 @@ struct TableReader::Decoder {
         if (detach) detach(handle);
         dvbpsi_delete(handle);
     }
+    void Push(const std::uint8_t* packet) {
+        gate.Push(packet, [this](std::uint8_t* passed) { dvbpsi_packet_push(handle, passed); });
+    }
 
     TableReader& reader;
+    SectionGate gate;
     std::uint16_t pid;
     std::uint16_t sid = 0;  // of a PMT
     bool ended = false;
@@ -137,7 +143,7 @@ void TableReader::Push(const std::uint8_t* packet) {
     // By index: a table that is decoded here can add decoders.
     for (std::size_t i = 0; i < m_decoders.size(); ++i)
         if (m_decoders[i]->pid == pid && !m_decoders[i]->ended)
-            dvbpsi_packet_push(m_decoders[i]->handle, const_cast<std::uint8_t*>(packet));  // it is only read
+            m_decoders[i]->Push(packet);
     DropEndedDecoders();
 }
 
@@ -155,10 +161,10 @@ void TableReader::AcceptAssociation(AssociationTable table) {
         const bool listed = std::count(table.services.begin(), table.services.end(), entry) > 0;
         decoder->ended = decoder->sid != 0 && !listed;
     }
-    for (const auto& [sid, pid] : table.services) {
-        const auto same = [&](const auto& decoder) { return decoder->sid == sid && decoder->pid == pid; };
+    for (const auto& entry : table.services) {
+        const auto same = [&](const auto& decoder) { return decoder->sid == entry.sid && decoder->pid == entry.pid; };
         if (std::none_of(m_decoders.begin(), m_decoders.end(), same) && m_decoders.size() < kLargestServiceCount)
-            AddMap(sid, pid);
+            AddMap(entry.sid, entry.pid);
     }
     std::erase_if(m_tables.maps, [&](const auto& map) {
         return std::none_of(table.services.begin(), table.services.end(),

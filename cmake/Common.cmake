@@ -11,7 +11,7 @@ target_compile_options(warnings INTERFACE -Wall -Wextra -Wpedantic -Wformat=2 -W
 
 if(TV_SANITIZE)
     # With the sanitizers' code between, gcc takes variants and optionals for uninitialised.
-    target_compile_options(warnings INTERFACE -Wno-maybe-uninitialized)
+    target_compile_options(warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     add_compile_options(-fsanitize=${TV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${TV_SANITIZE})
 endif()

@@ -5,6 +5,7 @@
 #include "television/demonstration/SectionWriter.h"
 #include "television/tables/DescriptorTags.h"
 #include "television/tables/DvbText.h"
+#include "television/tables/ProgrammeList.h"
 #include "television/tables/SectionGate.h"
 #include "television/tables/ServiceList.h"
 #include "television/tables/TableReader.h"

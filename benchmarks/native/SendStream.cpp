@@ -110,8 +110,8 @@ void Send(const std::string& file, int socket, bool untilBroken) {
 
 int SendDatagrams(const std::string& file, const Target& target) {
     const int sender = socket(AF_INET, SOCK_DGRAM, 0);
-    const in_addr loopback{htonl(INADDR_LOOPBACK)};
-    setsockopt(sender, IPPROTO_IP, IP_MULTICAST_IF, &loopback, sizeof loopback);
+    const unsigned char thisMachineOnly = 0;
+    setsockopt(sender, IPPROTO_IP, IP_MULTICAST_TTL, &thisMachineOnly, sizeof thisMachineOnly);
     if (connect(sender, reinterpret_cast<const sockaddr*>(&target.address), sizeof target.address) != 0) return 1;
     Send(file, sender, false);
     return 0;

@@ -125,7 +125,8 @@ TEST(DvbText, IsUtf8WhateverCallsItselfUtf8) {
 
 TEST(Programmes, HaveNoRatingsOfWhatIsNoCountry) {
     Tables tables;
-    const std::vector<std::uint8_t> ratings{0xff, 0xfe, 0xfd, 9, 'D', 'E', 'U', 10, '9', '0', '2', 11, 'a', '\'', 'b', 12};
+    const std::vector<std::uint8_t> ratings{0xff, 0xfe, 0xfd, 9,   'D', 'E',  'U', 10,
+                                            '9',  '0',  '2',  11, 'a', '\'', 'b', 12};
     tables.association = AssociationTable{1, {{5, 0x100}}, {}};
     tables.events[5].resize(1);
     tables.events[5][0].descriptors = {{kParentalRatingTag, ratings}};

@@ -2,6 +2,7 @@
 var Components = (function () {
     "use strict";
 
+    var PRESENTING = 2;
     var NAMES = ["video", "sound", "subtitles"];  // by the type's number
 
     // Empty without a player.
@@ -39,7 +40,7 @@ var Components = (function () {
         });
         var none = items.every(function (item) { return !item.active; });
         if (items.length > 0 && canBeOff(type)) {
-            items.push({ label: "off", active: none, component: null });
+            items.push({ label: "off", active: none && video.playState === PRESENTING, component: null });
         }
         return items;
     }

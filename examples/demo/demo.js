@@ -87,6 +87,7 @@
         all.forEach(function (items, type) {
             View.showChoices(Components.names[type], items, choose.bind(null, type));
         });
+        View.fitChoices();
         View.showPresented(activeLabels(all[1]).concat(activeLabels(all[2])).join(" / "));
     }
 

@@ -92,6 +92,15 @@ var View = (function () {
         }
     }
 
+    // Where there is much to choose, the names of the kinds give way.
+    function fitChoices() {
+        var components = element("components");
+        components.className = "panel";
+        if (components.scrollWidth > components.clientWidth) {
+            components.className = "panel dense";
+        }
+    }
+
     function showTimes(id, programme) {
         var times = programme ? clockTime(programme.startTime) + " \u2013 " +
             clockTime(programme.startTime + programme.duration) : "";
@@ -158,6 +167,7 @@ var View = (function () {
         showState: showState,
         showVolume: showVolume,
         showChoices: showChoices,
+        fitChoices: fitChoices,
         showPresented: function (text) { setText("presented", text); },
         showRating: showRating,
         showProgrammes: showProgrammes,

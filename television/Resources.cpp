@@ -9,6 +9,7 @@ bool Always() { return true; }
 }  // namespace
 
 bool Resources::StartMediaPlayer() {
+    std::lock_guard lock(m_turn);
     if (m_mediaPlays.exchange(true)) return false;
     m_presentation.Suspend();
     TellSuspended();
@@ -16,12 +17,14 @@ bool Resources::StartMediaPlayer() {
 }
 
 bool Resources::StopMediaPlayer() {
+    std::lock_guard lock(m_turn);
     if (!m_mediaPlays.exchange(false)) return false;
     TellResumed();
     return true;
 }
 
 void Resources::PageBound() {
+    std::lock_guard lock(m_turn);
     if (m_mediaPlays) TellSuspended();
 }
 

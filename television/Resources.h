@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <mutex>
 
 #include "television/ListenerGate.h"
 #include "television/Presentation.h"
@@ -32,6 +33,7 @@ private:
     Presentation& m_presentation;
     ListenerGate& m_gate;
     TaskQueue& m_queue;
+    std::mutex m_turn;  // held from a change of m_mediaPlays until the listener is going to hear of it
     std::atomic<bool> m_mediaPlays = false, m_records = false;
 };
 

@@ -47,6 +47,18 @@ TEST_F(ResourcesTest, TheMediaPlayerTakesTheScreenAndThePageRestoresTheBroadcast
     EXPECT_EQ(m_listener.Told(), (Calls{"Suspend", "Resume"}));
 }
 
+TEST_F(ResourcesTest, AMediaPlayerThatStopsAtOnceLeavesTheBroadcastOn) {
+    Calls expected;
+    for (int i = 0; i < 20; ++i) {
+        Others().StartMediaPlayer();
+        Others().StopMediaPlayer();
+        expected.insert(expected.end(), {"Suspend", "Resume"});
+    }
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Told() == expected; }));
+    EXPECT_TRUE(m_browser.DisableMediaPlaybackMode());
+    EXPECT_TRUE(WaitForPicture(Shown::AtlasOne));
+}
+
 TEST_F(ResourcesTest, WithoutAPageTheBroadcastComesBackByItself) {
     m_browser.ReleaseBroadcastPlayer(m_player);
     Others().StartMediaPlayer();

@@ -17,6 +17,8 @@ namespace {
 constexpr std::uint8_t kDataIdentifier = 0x20;
 // Without a display definition (ETSI EN 300 743, clause 5.1.2).
 constexpr int kUsualWidth = 720, kUsualHeight = 576;
+// A stream may ask for regions of any size, and for many; so many pixels are believed, of one and of all together.
+constexpr std::int64_t kLargestRegion = 1920 * 1080, kLargestPage = 2 * kLargestRegion;
 
 void PutPage(std::uint8_t* to, std::uint16_t page) {
     to[0] = static_cast<std::uint8_t>(page >> 8);
@@ -41,6 +43,7 @@ AVCodecContext* OpenDecoder(std::uint16_t compositionPage, std::uint16_t ancilla
         PutPage(context->extradata, compositionPage);
         PutPage(context->extradata + 2, ancillaryPage);
     }
+    context->max_pixels = kLargestRegion;
     AVDictionary* options = nullptr;
     av_dict_set(&options, "dvb_substream", "0", 0);  // without it the pages are ignored
     if (avcodec_open2(context, codec, &options) < 0) avcodec_free_context(&context);
@@ -112,8 +115,13 @@ SubtitleDecoder::Page SubtitleDecoder::PageOf(const AVSubtitle& subtitle) const 
     auto subtitles = std::make_shared<Subtitles>();
     subtitles->width = m_width;
     subtitles->height = m_height;
-    for (unsigned i = 0; i < subtitle.num_rects; ++i)
-        if (IsDrawn(*subtitle.rects[i])) subtitles->parts.push_back(PartOf(*subtitle.rects[i]));
+    std::int64_t pixels = 0;
+    for (unsigned i = 0; i < subtitle.num_rects; ++i) {
+        const AVSubtitleRect& rectangle = *subtitle.rects[i];
+        if (!IsDrawn(rectangle)) continue;
+        pixels += std::int64_t{rectangle.w} * rectangle.h;
+        if (pixels <= kLargestPage) subtitles->parts.push_back(PartOf(rectangle));
+    }
     Page page;
     page.timeOut = std::chrono::milliseconds(subtitle.end_display_time);
     if (!subtitles->parts.empty()) page.subtitles = std::move(subtitles);

@@ -102,6 +102,17 @@ TEST(SubtitleDecoder, KeepsTheSizeOfTheDisplayFromPageToPage) {
     EXPECT_EQ(decoder.Decode(Data(page))->subtitles->width, 1280);
 }
 
+TEST(SubtitleDecoder, DrawsNoRegionThatIsLargerThanAnyScreen) {
+    auto data = Data(PageWith(Runs()));
+    const std::uint8_t width[] = {320 >> 8, 320 & 0xff, 0, 9};
+    const auto region = std::search(data.begin(), data.end(), std::begin(width), std::end(width));
+    ASSERT_NE(region, data.end());
+    std::fill_n(region, 4, std::uint8_t{0xff});
+    SubtitleDecoder decoder(1, 1);
+    const auto page = decoder.Decode(data);
+    EXPECT_TRUE(!page || !page->subtitles);
+}
+
 TEST(SubtitleDecoder, SurvivesAnythingThatIsNoPage) {
     const auto whole = Data(PageWith(Runs()));
     SubtitleDecoder decoder(1, 1);

@@ -10,6 +10,8 @@ constexpr std::uint8_t kPresentFollowingActual = 0x4e;
 constexpr std::size_t kBeforeEvents = 6, kEventHeader = 12, kDescriptorHeader = 2;
 // A stream may invent a service for each section; so many we believe.
 constexpr std::size_t kLargestServiceCount = 1024;
+// The present and the following event are two sections. More are for references to other services, and few.
+constexpr std::uint8_t kLastSection = 7;
 
 // All bits of a time that is not known are set.
 constexpr std::uint64_t kUnknownStart = 0xffffffffff, kUnknownDuration = 0xffffff;
@@ -65,7 +67,7 @@ void EventSections::Take(const Section& section, const Use& use) {
     if (m_versions.size() >= kLargestServiceCount && !m_versions.contains(section.extension)) return;
     Version& version = m_versions[section.extension];
     if (version.number != section.version || version.last != section.last) version = {section.version, section.last, {}};
-    if (section.number > section.last) return;
+    if (section.number > section.last || section.last > kLastSection) return;
     version.sections[section.number] = EventsOf(section);
     if (version.sections.size() != std::size_t{section.last} + 1) return;
     std::vector<Event> events;

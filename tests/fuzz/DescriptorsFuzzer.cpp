@@ -3,6 +3,7 @@
 
 #include "television/tables/Components.h"
 #include "television/tables/DeliverySystem.h"
+#include "television/tables/ProgrammeList.h"
 #include "television/tables/ServiceList.h"
 #include "tests/fuzz/Chunks.h"
 #include "tests/fuzz/Fuzz.h"
@@ -41,7 +42,7 @@ Tables Build(const std::vector<Chunk>& chunks) {
                 tables.network = NetworkTable{kOnid, {{kTsid, kOnid, descriptors}}};
                 break;
             case 3:
-                tables.events[kSid].push_back({number, 0, 0, descriptors});
+                tables.events[kSid].push_back({number, (number & 8) != 0, 0, 0, descriptors});
                 break;
             default:
                 map.streams.push_back({static_cast<std::uint8_t>(number >> 3), kPid, descriptors});
@@ -88,6 +89,7 @@ void Fuzz(std::span<const std::uint8_t> input) {
     Demand(service.idType >= kFirstDvbIdType && service.idType <= kLastDvbIdType, "a kind of channel is of DVB");
     Demand(service.number >= 0 && service.number <= 0x3fff, "a channel number has 14 bits");
     ReadProgrammes(tables, service);
+    PresentRating(tables.events.contains(kSid) ? tables.events.at(kSid) : std::vector<Event>{}, "DEU");
 }
 
 }  // namespace television::fuzz

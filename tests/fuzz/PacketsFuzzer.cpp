@@ -1,8 +1,10 @@
 // Packets as they come, in front of everything that looks into them.
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include "television/stream/RandomAccess.h"
+#include "television/stream/ScramblingWatch.h"
 #include "television/stream/StreamClock.h"
 #include "television/stream/StreamTypes.h"
 #include "television/tables/SectionCollector.h"
@@ -47,12 +49,14 @@ void Fuzz(std::span<const std::uint8_t> input) {
     TableReader reader([](const Tables&) {});
     SectionCollector collector;
     StreamClock clock;
+    const auto watch = std::make_unique<ScramblingWatch>();
     ForEachPacket(input, [&](const std::uint8_t* packet) {
         LookInto(packet);
         reader.Push(packet);
         collector.Push(packet, [](const Section& section) {
             Demand(section.body.size() <= 4096, "a section has no more than 4 KiB");
         });
+        watch->Push(packet);
         const std::int64_t before = clock.Now();
         clock.Observe(packet);
         Demand(clock.Now() >= before, "time does not go back");

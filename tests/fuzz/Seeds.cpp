@@ -116,8 +116,14 @@ void AddCarousels(Seeds& seeds) {
 
 void AddLines(Seeds& seeds) {
     for (const char* line : {"key VK_RED", "channel 3", "channel next", "open http://127.0.0.1/ a", "screenshot x.png",
-                             "evaluate document.title", "quit", "help", "helpless", "  key  ", "quit now"})
+                             "evaluate document.title", "quit", "help", "helpless", "  key  ", "quit now", "json status",
+                             "json evaluate {\"a\":[1]}", "json json help", "programmes", "programmes 5", "services",
+                             "aerial out", "aerial"})
         seeds.Add("Commands", line);
+    seeds.Add("Script", "# The aerial\n2 aerial out\n+3\taerial in\n\n10.5   channel next\n");
+    seeds.Add("Script", "1 key VK_RED\n0.5 quit\n");
+    seeds.Add("Script", "channel Atlas");
+    seeds.Add("Script", "aerial ");
     for (const char* url : {"dvb://1.44d.6E01.b/folder/scores", "dvb://1.2.3.4/", "dvb://1.2.10000.4/x", "http://a/b"})
         seeds.Add("Target", url);
     seeds.Add("Declaration",

@@ -100,19 +100,17 @@ private:
                event.duration < kSecondsPerHundredHours;
     }
 
+    // The present ones in section 0, the following ones in section 1.
     bool WriteEvents(std::uint16_t sid, const std::vector<Event>& events) {
-        std::vector<Bytes> bodies;
-        const auto last = static_cast<unsigned>(events.empty() ? 0 : events.size() - 1);
-        const Bytes head = Bytes().Put32(0).Put8(last).Put8(0x4e);
+        std::vector<Bytes> bodies(2, Bytes().Put32(0).Put8(1).Put8(0x4e));
         for (const Event& event : events) {
             if (!HasADate(event)) return false;
             const Bytes loop = Loop(event.descriptors);
             const std::uint64_t duration = BcdSeconds(event.duration);
-            bodies.push_back(Bytes(head).Put16(event.id).Put40(DvbTime(event.start)));
-            bodies.back().Put8(static_cast<unsigned>(duration >> 16)).Put16(static_cast<unsigned>(duration));
-            bodies.back().Put16(0x8000 | static_cast<unsigned>(loop.Size())).Put(loop);
+            bodies[event.following].Put16(event.id).Put40(DvbTime(event.start));
+            bodies[event.following].Put8(static_cast<unsigned>(duration >> 16)).Put16(static_cast<unsigned>(duration));
+            bodies[event.following].Put16(0x8000 | static_cast<unsigned>(loop.Size())).Put(loop);
         }
-        if (bodies.empty()) bodies.push_back(head);
         return Add(kEitPid, 0x4e, sid, bodies);
     }
 

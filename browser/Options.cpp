@@ -40,6 +40,12 @@ Setter Language(QString ViewerSettings::* member) {
     };
 }
 
+bool SetPin(Options& options, const QString& value) {
+    options.pin = value;
+    return value.size() == 4 &&
+           std::all_of(value.begin(), value.end(), [](QChar digit) { return digit >= u'0' && digit <= u'9'; });
+}
+
 bool SetSeconds(Options& options, const QString& value) {
     bool isNumber = false;
     options.seconds = value.toInt(&isNumber);
@@ -80,6 +86,7 @@ const std::vector<OptionRow>& Rows() {
          Language(&ViewerSettings::subtitleLanguage)},
         {"--country", "CCC", "the television's country, three letters (default: GBR)",
          Language(&ViewerSettings::countryId)},
+        {"--pin", "PIN", "the PIN that opens the parental lock, four digits (default: 0000)", SetPin},
         {"--full-screen", nullptr, "fill the screen", Switch(&Options::fullScreen, true)},
         {"--tour", nullptr, "drive the page's video/broadcast object through a fixed tour, check the order of its\n"
                             "events and that a picture is seen through it; the exit status is the verdict",

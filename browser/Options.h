@@ -27,6 +27,7 @@ struct Options {
     bool tour = false;
     bool test = false;
     bool fullScreen = false;
+    QString pin = QStringLiteral("0000");  // that opens the parental lock
     ViewerSettings settings;
 };
 

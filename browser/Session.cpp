@@ -114,6 +114,7 @@ Session::Failure Session::StartTelevision() {
     configuration.demonstration = DemonstrationFile(m_options).toStdString();
     configuration.sound = m_options.sound;
     configuration.soundFile = m_options.soundFile.toStdString();
+    configuration.pin = m_options.pin.toStdString();
     configuration.audioLanguage = m_options.settings.audioLanguage.toStdString();
     configuration.country = m_options.settings.countryId.toStdString();
 

@@ -63,6 +63,7 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     auto set = std::make_shared<TelevisionSet>(m_gate, observer, sound, configuration.audioLanguage);
     set->SetDemonstration(broadcast);
     set->Directory().SetCountry(configuration.country);
+    set->SetPin(configuration.pin);
     if (auto fault = set->Start(std::move(source), progress)) {
         set->Shutdown();
         return fault;

@@ -17,11 +17,9 @@ std::optional<int> AgeOf(const Event& event);
 // All threads.
 class ParentalLock {
 public:
-    // The PIN that opens it until another is set.
-    static constexpr const char* kFirstPin = "0000";
-
     // Without an age nothing is blocked. What was opened is blocked again.
     void Set(std::optional<int> age);
+    // Until it is set none opens.
     void SetPin(const std::string& pin);
     bool IsOn() const;
     // Whether the present one of a channel's events must not be shown.
@@ -38,7 +36,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::optional<int> m_age;
-    std::string m_pin = kFirstPin;
+    std::optional<std::string> m_pin;
     std::optional<Opened> m_opened;
 };
 

@@ -23,6 +23,7 @@ struct Configuration {
     std::string soundFile;      // in place of a sound device: 16-bit little-endian samples, 48,000 pairs a second
     std::string audioLanguage;  // the viewer's preferred one, three letters; empty: the service's first
     std::string country;        // the viewer's, three letters, of which ratings are told; empty: the first one's
+    std::string pin = "0000";   // that opens the parental lock
 };
 
 enum class ServiceType { Television = 0, Radio = 1, Other = 2 };

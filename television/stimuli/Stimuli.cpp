@@ -95,7 +95,7 @@ constexpr std::array kStimuli{
     Stimulus{"aspect", "4:3|16:9|auto", "show pictures with another aspect ratio, or with their own", Aspect},
     Stimulus{"stream-event", "TEXT", "let the demonstration send its stream event \"message\" with a text", StreamEvent},
     Stimulus{"lock", "AGE|off", "block programmes rated above this age, or none", Lock},
-    Stimulus{"pin", "PIN", "open the programme that the lock blocks; the PIN is 0000", Pin},
+    Stimulus{"pin", "PIN", "open the programme that the lock blocks; 0000 unless set with --pin", Pin},
     Stimulus{"scrambling", "on|off", "scramble the demonstration's service Atlas Key, or clear it", Scrambling},
     Stimulus{"rights", "none|valid [CASYSTEM [TEXT]]", "the CA module reports the rights to the channel", ReportRights},
     Stimulus{"service-appears", "NUMBER",

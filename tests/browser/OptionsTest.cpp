@@ -50,6 +50,11 @@ TEST(Options, LogLevelsHaveNamesAndThePluginsNumbers) {
     EXPECT_NE(ErrorOf({"--log", "loud"}), QString());
 }
 
+TEST(Options, ThePinIsFourDigits) {
+    EXPECT_EQ(Read({}).pin, "0000");
+    EXPECT_EQ(Read({"--pin", "4711"}).pin, "4711");
+}
+
 TEST(Options, ScriptsAddUp) {
     EXPECT_EQ(Read({"--evaluate", "1", "--evaluate", "2"}).evaluate, (QStringList{"1", "2"}));
 }
@@ -59,6 +64,9 @@ TEST(Options, WrongUseIsToldByName) {
     EXPECT_TRUE(ErrorOf({"--stream"}).contains("--stream"));
     EXPECT_TRUE(ErrorOf({"--seconds", "soon"}).contains("--seconds"));
     EXPECT_TRUE(ErrorOf({"--seconds", "0"}).contains("--seconds"));
+    for (const char* pin : {"123", "12345", "12a4"}) {
+        EXPECT_TRUE(ErrorOf({"--pin", pin}).contains("--pin")) << pin;
+    }
     EXPECT_TRUE(ErrorOf({"one.html", "two.html"}).contains("two.html"));
     EXPECT_NE(ErrorOf({"--tour", "--test"}), QString());
 }

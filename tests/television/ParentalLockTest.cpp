@@ -55,6 +55,7 @@ TEST(ParentalLock, BlocksWhatIsRatedAboveTheAge) {
 
 TEST(ParentalLock, OpensOneProgrammeOfOneChannel) {
     ParentalLock lock;
+    lock.SetPin("0000");
     lock.Set(10);
     const std::vector<Event> film{Rated({13}, 1)}, another{Rated({13}, 2)};
     EXPECT_FALSE(lock.Open("1234", kChannel, film));
@@ -82,6 +83,7 @@ protected:
             m_watch.Notify();
         };
         m_set = std::make_unique<TelevisionSet>(m_gate, observer, SoundOutput{}, "");
+        m_set->SetPin("0000");
         auto source = std::make_unique<demonstration::DemonstrationSource>(DEMONSTRATION_STREAM, nullptr,
                                                                            [this] { return m_wallClock.load(); });
         ASSERT_EQ(source->Open(), std::nullopt);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr unsigned kPageSegment = 0x10, kRegionSegment = 0x11, kColoursSegment = 0x12, kObjectSegment = 0x13,
                    kDisplaySegment = 0x14, kEndSegment = 0x80;
-constexpr unsigned kAcquisitionPoint = 1, kDepth = 2;  // bits a pixel
+constexpr unsigned kAcquisitionPoint = 1;
 constexpr unsigned kRegion = 0, kColours = 0, kObject = 0;
 
 unsigned Unsigned(int value) { return static_cast<unsigned>(value); }

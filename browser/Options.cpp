@@ -66,15 +66,18 @@ bool SetLogLevel(Options& options, const QString& value) {
     return true;
 }
 
-bool AddScript(Options& options, const QString& value) {
-    options.evaluate += value;
-    return !value.isEmpty();
+Setter AddTo(QStringList Options::* member) {
+    return [member](Options& options, const QString& value) {
+        options.*member += value;
+        return !value.isEmpty();
+    };
 }
 
 const std::vector<OptionRow>& Rows() {
     static const std::vector<OptionRow> s_rows{
         {"--stream", "FILE|URL", "the transport stream to receive: a file, udp://, http://, https:// or dvb://\n"
-                                 "(default: the demonstration multiplex)", Text(&Options::stream)},
+                                 "(default: the demonstration multiplex); repeated, each is one more multiplex of\n"
+                                 "the same network", AddTo(&Options::streams)},
         {"--no-sound", nullptr, "play no sound", Switch(&Options::sound, false)},
         {"--sound-file", "FILE", "write the sound to a file instead (16-bit stereo samples, 48 kHz)",
          Text(&Options::soundFile)},
@@ -94,7 +97,7 @@ const std::vector<OptionRow>& Rows() {
         {"--test", nullptr, "run a page test: until the page calls tvTest.done(ok, text), at most 30 seconds or\n"
                             "those of --seconds; the exit status is the page's verdict", Switch(&Options::test, true)},
         {"--evaluate", "SCRIPT", "run a script in the page when it has loaded and print its value (may be repeated)",
-         AddScript},
+         AddTo(&Options::evaluate)},
         {"--seconds", "N", "end after N seconds", SetSeconds},
         {"--screenshot", "FILE", "at the end write the screen, picture and page, into an image file",
          Text(&Options::screenshot)},

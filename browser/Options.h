@@ -12,7 +12,7 @@ namespace browser {
 
 struct Options {
     QString url;             // empty: the demonstration page
-    QString stream;          // empty: the demonstration multiplex
+    QStringList streams;     // the multiplexes of a network; empty: the demonstration multiplex
     QString demonstration;   // the file with the demonstration's audio and video; empty: where the build puts it
     QString plugin;          // empty: where the build puts it
     QString remote;          // the remote's socket; empty: the usual place, "none": no remote

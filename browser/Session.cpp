@@ -110,7 +110,9 @@ void Session::BuildWindow() {
 
 Session::Failure Session::StartTelevision() {
     television::Configuration configuration;
-    configuration.stream = m_options.stream.toStdString();
+    for (const QString& stream : m_options.streams) {
+        configuration.streams.push_back(stream.toStdString());
+    }
     configuration.demonstration = DemonstrationFile(m_options).toStdString();
     configuration.sound = m_options.sound;
     configuration.soundFile = m_options.soundFile.toStdString();

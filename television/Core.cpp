@@ -4,6 +4,7 @@
 #include <gst/gst.h>
 
 #include <fstream>
+#include <set>
 #include <utility>
 
 #include "television/Log.h"
@@ -15,11 +16,35 @@ namespace {
 using demonstration::Broadcast;
 
 // `broadcast` is null where the demonstration is not wanted.
-std::unique_ptr<PacketSource> SourceOf(const Configuration& configuration, std::shared_ptr<Broadcast> broadcast,
-                                       std::string& error) {
+std::unique_ptr<PacketSource> SourceOf(const Configuration& configuration, const std::string& stream,
+                                       std::shared_ptr<Broadcast> broadcast, std::string& error) {
     if (broadcast)
         return std::make_unique<demonstration::DemonstrationSource>(configuration.demonstration, std::move(broadcast));
-    return MakeSource(configuration.stream, error);
+    return MakeSource(stream, error);
+}
+
+// Opens a stream; empty is the demonstration. A sentence when it cannot be opened.
+std::optional<std::string> Open(const Configuration& configuration, const std::string& stream,
+                                std::shared_ptr<Broadcast> broadcast, const TelevisionSet::Progress& progress,
+                                std::vector<Input>& inputs) {
+    std::string error;
+    auto source = SourceOf(configuration, stream, std::move(broadcast), error);
+    if (!source) return error;
+    if (progress) progress("Opening " + (stream.empty() ? "the demonstration" : stream));
+    if (auto fault = source->Open()) return fault;
+    inputs.push_back({configuration.streams.size() > 1 ? stream : "", std::move(source)});
+    return std::nullopt;
+}
+
+std::optional<std::string> OpenAll(const Configuration& configuration, std::shared_ptr<Broadcast> broadcast,
+                                   const TelevisionSet::Progress& progress, std::vector<Input>& inputs) {
+    if (broadcast) return Open(configuration, "", std::move(broadcast), progress, inputs);
+    std::set<std::string> opened;
+    for (const std::string& stream : configuration.streams) {
+        if (!opened.insert(stream).second) return "\"" + stream + "\" is given twice: give each multiplex once.";
+        if (auto fault = Open(configuration, stream, nullptr, progress, inputs)) return fault;
+    }
+    return std::nullopt;
 }
 
 // A sentence when the file for the sound cannot be written.
@@ -51,12 +76,9 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     SwitchOff();
     gst_init(nullptr, nullptr);
     SetLogSink(observer.log);
-    std::string error;
-    const auto broadcast = configuration.stream.empty() ? std::make_shared<Broadcast>() : nullptr;
-    auto source = SourceOf(configuration, broadcast, error);
-    if (!source) return error;
-    if (progress) progress("Opening " + (configuration.stream.empty() ? "the demonstration" : configuration.stream));
-    if (auto fault = source->Open()) return fault;
+    const auto broadcast = configuration.streams.empty() ? std::make_shared<Broadcast>() : nullptr;
+    std::vector<Input> inputs;
+    if (auto fault = OpenAll(configuration, broadcast, progress, inputs)) return fault;
     LoadElements();
     SoundOutput sound;
     if (auto fault = ChooseSoundOutput(configuration, sound)) return fault;
@@ -64,7 +86,7 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     set->SetDemonstration(broadcast);
     set->Directory().SetCountry(configuration.country);
     set->SetPin(configuration.pin);
-    if (auto fault = set->Start(std::move(source), progress)) {
+    if (auto fault = set->Start(std::move(inputs), progress)) {
         set->Shutdown();
         return fault;
     }

@@ -17,6 +17,7 @@ constexpr int kAgeOfZero = 3;
 
 std::optional<int> AgeOf(const Event& event) {
     std::optional<int> age;
+    if (event.following) return age;
     const Descriptor* descriptor = Find(event.descriptors, kParentalRatingTag);
     for (std::size_t at = 3; descriptor && at < descriptor->data.size(); at += 4)
         if (const std::uint8_t rating = descriptor->data[at]; IsAge(rating))

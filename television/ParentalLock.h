@@ -10,8 +10,8 @@
 
 namespace television {
 
-// The age that the ratings of an event ask for, the highest if there are several; none when it is not rated by age
-// (ETSI EN 300 468, clause 6.2.28).
+// The age that the ratings of a present event ask for, the highest if there are several; none when it is not rated by
+// age (ETSI EN 300 468, clause 6.2.28), or is the following one, where there is a gap before it.
 std::optional<int> AgeOf(const Event& event);
 
 // All threads.

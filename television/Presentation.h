@@ -11,13 +11,12 @@
 
 #include "television/ComponentChoice.h"
 #include "television/ListenerGate.h"
+#include "television/Multiplex.h"
 #include "television/ParentalLock.h"
 #include "television/Screen.h"
 #include "television/ServiceDirectory.h"
 #include "television/TaskQueue.h"
 #include "television/playback/Decoder.h"
-#include "television/stream/ScramblingWatch.h"
-#include "television/stream/StreamBuffer.h"
 #include "television/subtitles/SubtitleTrack.h"
 
 namespace television {
@@ -26,12 +25,11 @@ class Presentation {
 public:
     struct Surroundings {
         ServiceDirectory& directory;
-        StreamBuffer& buffer;
         Screen& screen;
         ListenerGate& gate;
         TaskQueue& queue;
         const ParentalLock& lock;
-        const ScramblingWatch& scrambling;
+        std::function<Multiplex&(std::size_t place)> multiplex;
         std::function<void()> channelChanged;  // Selected answers differently
     };
     // `language`: the viewer's preferred one for sound, three letters or empty.
@@ -152,6 +150,7 @@ private:
     SoundOutput m_sound;
     SubtitleTrack m_subtitles;
     std::unique_ptr<Decoder> m_decoder;
+    StreamBuffer* m_buffer = nullptr;     // that feeds it
     std::uint16_t m_videoPid = kNullPid;  // that it decodes
     Route m_route;
     std::uint64_t m_routeSession = 0;  // that m_route is of

@@ -13,7 +13,8 @@ std::optional<Presentation::Phase> Presentation::Obstacle() const {
     const auto id = Selected();
     if (m_around.lock.Blocks(id, m_around.directory.Events(id))) return Phase::Blocked;
     const auto access = AccessOf(PlanOf(m_route));
-    const bool scrambled = access && m_around.scrambling.Of(access->pid) == ScramblingWatch::State::Scrambled;
+    const auto& scrambling = m_around.multiplex(m_route.multiplex).Scrambling();
+    const bool scrambled = access && scrambling.Of(access->pid) == ScramblingWatch::State::Scrambled;
     return scrambled ? std::optional(Phase::Scrambled) : std::nullopt;
 }
 

@@ -115,7 +115,8 @@ void Presentation::OpenDecoder(std::uint64_t session) {
     ApplyChoice();
     m_videoPid = plan.video ? plan.video->pid : kNullPid;
     m_decoder = std::make_unique<Decoder>(plan, Events(session, plan.video.has_value()));
-    m_around.buffer.Attach(
+    m_buffer = &m_around.multiplex(m_route.multiplex).Buffer();
+    m_buffer->Attach(
         SelectionOf(m_route, plan, AccessOf(plan)),
         [decoder = m_decoder.get()](std::vector<std::uint8_t>&& packets) { decoder->Feed(std::move(packets)); });
 }
@@ -163,7 +164,7 @@ void Presentation::ApplyChoice() {
 }
 
 void Presentation::CloseDecoder() {
-    m_around.buffer.Detach();
+    if (m_buffer) std::exchange(m_buffer, nullptr)->Detach();
     m_decoder.reset();
     m_subtitles.Choose(0, std::nullopt);
 }

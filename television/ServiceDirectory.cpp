@@ -137,6 +137,12 @@ std::optional<ServiceDirectory::Source> ServiceDirectory::SourceOf(unsigned int 
     return Source{*place, m_tables[place->multiplex]};
 }
 
+std::optional<std::size_t> ServiceDirectory::MultiplexOf(unsigned int id) const {
+    std::lock_guard lock(m_mutex);
+    const auto place = m_ids.PlaceOf(id);
+    return place ? std::optional(place->multiplex) : std::nullopt;
+}
+
 Route ServiceDirectory::RouteTo(unsigned int id) const {
     Route route;
     const auto source = SourceOf(id);

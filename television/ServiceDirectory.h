@@ -55,6 +55,8 @@ public:
     // What a television shows first.
     std::optional<Service> First() const;
 
+    // The place of the multiplex that a service is on; nothing for an id that was never given.
+    std::optional<std::size_t> MultiplexOf(unsigned int id) const;
     Route RouteTo(unsigned int id) const;
     std::vector<Programme> Programmes(unsigned int id) const;
     // The events behind Programmes, to see whether they changed.

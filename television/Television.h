@@ -17,7 +17,8 @@
 namespace television {
 
 struct Configuration {
-    std::string stream;         // a file or URL with an MPEG transport stream; empty: the demonstration multiplex
+    // Files or URLs with an MPEG transport stream each, the multiplexes of one network; none: the demonstration's.
+    std::vector<std::string> streams;
     std::string demonstration;  // the file with the demonstration's audio and video
     bool sound = true;          // false: decode sound, play it to nobody
     std::string soundFile;      // in place of a sound device: 16-bit little-endian samples, 48,000 pairs a second

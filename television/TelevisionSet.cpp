@@ -16,18 +16,12 @@ void Call(const std::function<void()>& function) {
     if (function) function();
 }
 
-// How long tables may take, in the stream's time and on the clock: PAT and PMT come each half second, SDT each two
-// seconds, NIT each ten (ETSI TS 101 211, clause 4.4). Without the latter two a stream still has services.
-constexpr std::int64_t kAssociationTime = 5 * kClockRate;
-constexpr std::int64_t kDescriptionTime = 3 * kClockRate;
-constexpr std::int64_t kNetworkTime = 11 * kClockRate;
-constexpr auto kLongestReading = 15s;
-// What has been read is told when it takes longer than this.
-constexpr auto kMoment = 700ms;
 // The tables that list the services are sent one after the other.
 constexpr auto kSettlingTime = 150ms;
-// And so much is buffered before the first channel is tuned to, that it can begin at once.
-constexpr std::int64_t kTuningTime = kClockRate * 3 / 2;
+// What has been read is told when it takes longer than this.
+constexpr auto kMoment = 700ms;
+
+std::string StreamNamed(const std::string& name) { return name.empty() ? "The stream" : "The stream \"" + name + "\""; }
 
 }  // namespace
 
@@ -35,13 +29,13 @@ TelevisionSet::TelevisionSet(ListenerGate& gate, const Observer& observer, Sound
                              const std::string& language)
     : m_gate(gate),
       m_observer(observer),
-      m_presentation({m_directory, m_buffer, m_screen, m_gate, m_queue, m_lock, m_scrambling,
+      m_presentation({m_directory, m_screen, m_gate, m_queue, m_lock,
+                      [this](std::size_t place) -> Multiplex& { return *m_multiplexes[place]; },
                       [this] { ChannelChanged(); }},
                      std::move(sound), language),
       m_events({[this] { return m_directory.RouteTo(m_presentation.Selected()); },
                 [](const CDSMCCStreamEventData& event) { StreamEventCallback::TheCallback().Call(event); }}),
-      m_resources(m_presentation, m_gate, m_queue),
-      m_tables([this](const Tables& tables) { TablesRead(tables); }) {
+      m_resources(m_presentation, m_gate, m_queue) {
     ConnectScreen();
 }
 
@@ -58,8 +52,8 @@ void TelevisionSet::ConnectScreen() {
 }
 
 void TelevisionSet::Shutdown() {
-    if (!m_receiver) return;
-    m_receiver.reset();
+    if (m_multiplexes.empty() || !m_multiplexes.front()->TheReceiver()) return;
+    for (const auto& multiplex : m_multiplexes) multiplex->End();
     m_events.EndAll();
     m_queue.Post([this] { m_presentation.Close(); });
     m_queue.Drain();
@@ -67,73 +61,74 @@ void TelevisionSet::Shutdown() {
 }
 
 std::optional<std::string> TelevisionSet::Start(std::unique_ptr<PacketSource> source, const Progress& progress) {
-    m_receiver = std::make_unique<Receiver>(std::move(source), static_cast<ReceiverClient&>(*this));
-    if (auto error = ReadTables(progress)) return error;
-    m_receiver->KeepTime();
+    std::vector<Input> inputs;
+    inputs.push_back({"", std::move(source)});
+    return Start(std::move(inputs), progress);
+}
+
+// All multiplexes are there before any of them calls.
+std::optional<std::string> TelevisionSet::Start(std::vector<Input> inputs, const Progress& progress) {
+    for (std::size_t place = 0; place < inputs.size(); ++place)
+        m_multiplexes.push_back(std::make_unique<Multiplex>(place, static_cast<MultiplexClient&>(*this)));
+    for (std::size_t place = 0; place < inputs.size(); ++place)
+        m_multiplexes[place]->Begin(std::move(inputs[place].source));
+    WaitForTables(inputs, progress);
+    if (progress) progress(std::to_string(m_directory.Services().size()) + " services found");
+    for (std::size_t place = 0; place < inputs.size(); ++place)
+        if (auto fault = FaultOf(place, inputs[place].name)) return fault;
+    for (const auto& multiplex : m_multiplexes) multiplex->TheReceiver()->KeepTime();
     m_queue.Post([this] { m_started = true; });
     if (const auto first = m_directory.First()) m_presentation.SelectSilently(first->id);
     return std::nullopt;
 }
 
-// Waits for more to be read. False when nothing more is to be waited for.
-bool TelevisionSet::WaitForTables(SteadyClock::time_point started) {
-    std::unique_lock lock(m_mutex);
-    const std::int64_t onClock =
-        std::chrono::duration_cast<std::chrono::microseconds>(SteadyClock::now() - started).count() * 27;
-    const std::int64_t time = std::max(m_reading.streamTime, onClock);
-    const bool network = m_reading.network || time > (m_reading.networkNamed ? kNetworkTime : kDescriptionTime);
-    const bool description = m_reading.description || time > kDescriptionTime;
-    const bool services = m_reading.association && (m_reading.maps || time > kAssociationTime);
-    const bool read = services ? description && network : time > kAssociationTime;
-    if (read && time > kTuningTime) return false;
-    m_readingChanged.wait_for(lock, 50ms);
-    return SteadyClock::now() - started < kLongestReading;
+bool TelevisionSet::IsRead() const {
+    return std::all_of(m_multiplexes.begin(), m_multiplexes.end(),
+                       [](const auto& multiplex) { return multiplex->IsRead(); });
 }
 
-std::string TelevisionSet::Reading::Text() const {
-    if (Complete()) return "";
-    const auto state = [](const char* name, bool read) { return read ? name : std::string("no ") + name + " yet"; };
-    const std::string maps = std::to_string(mapsRead) + " of " + std::to_string(mapsNamed) + " PMTs";
-    return state("PAT", association) + (association ? ", " + maps : "") + ", " + state("SDT", description) + ", " +
-           (association && !networkNamed ? "no NIT in this stream" : state("NIT", network));
-}
-
-std::string TelevisionSet::ReadingText() {
-    std::lock_guard lock(m_mutex);
-    return m_reading.Text();
-}
-
-std::optional<std::string> TelevisionSet::ReadTables(const Progress& progress) {
+void TelevisionSet::WaitForTables(const std::vector<Input>& inputs, const Progress& progress) {
     if (progress) progress("Reading the stream's service information");
-    const auto started = SteadyClock::now();
+    const auto started = std::chrono::steady_clock::now();
     std::string told;
-    while (WaitForTables(started)) {
-        const std::string text = ReadingText();
-        if (!progress || text.empty() || text == told || SteadyClock::now() - started < kMoment) continue;
+    while (!IsRead()) {
+        {
+            std::unique_lock lock(m_mutex);
+            m_received.wait_for(lock, 50ms);
+        }
+        if (!progress || std::chrono::steady_clock::now() - started < kMoment) continue;
+        std::string text;
+        for (std::size_t place = 0; place < inputs.size(); ++place)
+            if (const std::string state = m_multiplexes[place]->ReadingText(); !state.empty() && text.empty())
+                text = (inputs[place].name.empty() ? "" : inputs[place].name + ": ") + state;
+        if (text.empty() || text == told) continue;
         progress("Reading the stream's service information: " + text);
         told = text;
     }
-    const auto services = m_directory.Services();
-    if (progress) progress(std::to_string(services.size()) + " services found");
-    std::lock_guard lock(m_mutex);
-    if (!m_reading.association)
-        return "The stream has no programme association table within 5 seconds: it is no complete transport stream.";
-    if (services.empty()) return "The stream has no services: give a transport stream with at least one.";
-    return std::nullopt;
 }
 
-void TelevisionSet::PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) {
-    bool scramblingChanged = false;
-    for (std::size_t at = 0; at < packets.size(); at += kPacketSize) {
-        m_tables.Push(packets.data() + at);
-        scramblingChanged = m_scrambling.Push(packets.data() + at) || scramblingChanged;
-    }
-    m_buffer.Write(packets, now);
-    if (scramblingChanged) m_queue.Post([this] { m_presentation.Reconsider(); });
-    m_events.PacketsReceived(packets);
-    std::lock_guard lock(m_mutex);
-    m_reading.streamTime = now;
-    m_readingChanged.notify_all();
+std::optional<std::string> TelevisionSet::FaultOf(std::size_t multiplex, const std::string& name) const {
+    if (!m_multiplexes[multiplex]->HasAssociation())
+        return StreamNamed(name) +
+               " has no programme association table within 5 seconds: it is no complete transport stream.";
+    for (const Service& service : m_directory.LeftOut())
+        if (m_directory.MultiplexOf(service.id) == multiplex)
+            return StreamNamed(name) + " and another one both have the service " + std::to_string(service.sid) +
+                   " on transport stream " + std::to_string(service.tsid) + " of network " +
+                   std::to_string(service.onid) + ": give each multiplex once, with numbers of its own.";
+    for (const Service& service : m_directory.Services())
+        if (m_directory.MultiplexOf(service.id) == multiplex) return std::nullopt;
+    return StreamNamed(name) + " has no services: give a transport stream with at least one.";
+}
+
+void TelevisionSet::ConnectAerial(bool connected) {
+    for (const auto& multiplex : m_multiplexes) multiplex->TheReceiver()->Connect(connected);
+}
+
+// Stream events are heard of the multiplex that is watched.
+void TelevisionSet::PacketsReceived(std::size_t multiplex, std::span<const std::uint8_t> packets) {
+    if (m_directory.MultiplexOf(m_presentation.Selected()) == multiplex) m_events.PacketsReceived(packets);
+    m_received.notify_all();
 }
 
 void TelevisionSet::ChannelChanged() {
@@ -141,19 +136,8 @@ void TelevisionSet::ChannelChanged() {
     Call(m_observer.channelChanged);
 }
 
-void TelevisionSet::TablesRead(const Tables& tables) {
-    const bool servicesChanged = m_directory.Update(tables);
-    {
-        std::lock_guard lock(m_mutex);
-        m_reading.association = tables.association.has_value();
-        m_reading.maps = tables.association && tables.maps.size() >= tables.association->services.size();
-        m_reading.mapsRead = tables.maps.size();
-        m_reading.mapsNamed = tables.association ? tables.association->services.size() : 0;
-        m_reading.networkNamed = tables.association && tables.association->networkPid;
-        m_reading.description = tables.description.has_value();
-        m_reading.network = tables.network.has_value();
-    }
-    m_readingChanged.notify_all();
+void TelevisionSet::TablesRead(std::size_t multiplex, const Tables& tables) {
+    const bool servicesChanged = m_directory.Update(tables, multiplex);
     m_events.StreamChanged();
     m_queue.Post([=, this] {
         m_presentation.TablesChanged();
@@ -170,20 +154,16 @@ void TelevisionSet::AnnounceServices() {
     });
 }
 
-void TelevisionSet::StreamBroke() {
-    m_buffer.Clear();
-    m_scrambling.Forget();
-    m_queue.Post([this] { m_presentation.StreamBroke(); });
+void TelevisionSet::PostFor(std::size_t multiplex, void (Presentation::*operation)()) {
+    m_queue.Post([=, this] {
+        if (m_directory.MultiplexOf(m_presentation.Selected()) == multiplex) (m_presentation.*operation)();
+    });
 }
 
-void TelevisionSet::SignalLost() {
-    m_buffer.Clear();
-    m_queue.Post([this] { m_presentation.SignalLost(); });
-}
-
-void TelevisionSet::SignalReturned() {
-    m_queue.Post([this] { m_presentation.SignalReturned(); });
-}
+void TelevisionSet::ScramblingChanged(std::size_t multiplex) { PostFor(multiplex, &Presentation::Reconsider); }
+void TelevisionSet::StreamBroke(std::size_t multiplex) { PostFor(multiplex, &Presentation::StreamBroke); }
+void TelevisionSet::SignalLost(std::size_t multiplex) { PostFor(multiplex, &Presentation::SignalLost); }
+void TelevisionSet::SignalReturned(std::size_t multiplex) { PostFor(multiplex, &Presentation::SignalReturned); }
 
 void TelevisionSet::SetLock(std::optional<int> age) {
     m_lock.Set(age);
@@ -219,7 +199,8 @@ std::optional<std::string> TelevisionSet::EnterPin(const std::string& pin) {
 }
 
 std::optional<std::string> TelevisionSet::SetScrambling(bool on) {
-    if (m_receiver && m_receiver->Scramble(on)) return std::nullopt;
+    for (const auto& multiplex : m_multiplexes)
+        if (multiplex->TheReceiver()->Scramble(on)) return std::nullopt;
     return "This stream cannot be scrambled or cleared: only the demonstration can.";
 }
 

@@ -1,4 +1,4 @@
-// A television that is switched on: receiver, tables, presentation and screen, tied together.
+// A television that is switched on: multiplexes, services, presentation and screen, tied together.
 #pragma once
 
 #include <condition_variable>
@@ -7,31 +7,38 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "television/Multiplex.h"
 #include "television/Presentation.h"
 #include "television/Resources.h"
 #include "television/Rights.h"
 #include "television/demonstration/Broadcast.h"
 #include "television/events/StreamEvents.h"
-#include "television/stream/Receiver.h"
-#include "television/tables/TableReader.h"
 
 namespace television {
 
-class TelevisionSet : private ReceiverClient {
+// A source that is open, and what it is called in messages: empty when there is but one.
+struct Input {
+    std::string name;
+    std::unique_ptr<PacketSource> source;
+};
+
+class TelevisionSet : private MultiplexClient {
 public:
     using Progress = std::function<void(const std::string&)>;
 
     TelevisionSet(ListenerGate& gate, const Observer& observer, SoundOutput sound, const std::string& language);
     ~TelevisionSet() override;
 
-    // Receives from an open source until the services are known, then shows the first one. On failure a sentence.
+    // Receives from the sources until the services are known, then shows the first one. On failure a sentence.
+    std::optional<std::string> Start(std::vector<Input> inputs, const Progress& progress);
     std::optional<std::string> Start(std::unique_ptr<PacketSource> source, const Progress& progress);
     // Ends all threads.
     void Shutdown();
 
     // The aerial's plug. While it is out nothing is received.
-    void ConnectAerial(bool connected) { m_receiver->Connect(connected); }
+    void ConnectAerial(bool connected);
 
     ServiceDirectory& Directory() { return m_directory; }
     Screen& TheScreen() { return m_screen; }
@@ -53,40 +60,31 @@ public:
     demonstration::Broadcast* Demonstration() { return m_broadcast.get(); }
 
 private:
-    // How far the tables have come, as the receiving thread sees it.
-    struct Reading {
-        bool association = false, maps = false, description = false, network = false, networkNamed = false;
-        std::size_t mapsRead = 0, mapsNamed = 0;
-        std::int64_t streamTime = 0;
-        // "PAT, 2 of 4 PMTs, no SDT yet, NIT"; empty when all of it has come.
-        std::string Text() const;
-        bool Complete() const { return association && maps && description && network; }
-    };
-    using SteadyClock = std::chrono::steady_clock;
+    void TablesRead(std::size_t multiplex, const Tables& tables) override;
+    void PacketsReceived(std::size_t multiplex, std::span<const std::uint8_t> packets) override;
+    void ScramblingChanged(std::size_t multiplex) override;
+    void StreamBroke(std::size_t multiplex) override;
+    void SignalLost(std::size_t multiplex) override;
+    void SignalReturned(std::size_t multiplex) override;
 
-    void PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) override;
-    void StreamBroke() override;
-    void SignalLost() override;
-    void SignalReturned() override;
-
+    // Does something on the television's thread if the selected service is on this multiplex then.
+    void PostFor(std::size_t multiplex, void (Presentation::*operation)());
     void ChannelChanged();
     void AnnounceServices();
-    void TablesRead(const Tables& tables);
     void LockChanged();
     bool LockedServicesChanged();
     void ConnectScreen();
-    bool WaitForTables(SteadyClock::time_point started);
-    std::string ReadingText();
-    std::optional<std::string> ReadTables(const Progress& progress);
+    bool IsRead() const;
+    void WaitForTables(const std::vector<Input>& inputs, const Progress& progress);
+    std::optional<std::string> FaultOf(std::size_t multiplex, const std::string& name) const;
 
     ListenerGate& m_gate;
     Observer m_observer;
     std::shared_ptr<demonstration::Broadcast> m_broadcast;
     ServiceDirectory m_directory;
-    StreamBuffer m_buffer;
+    std::vector<std::unique_ptr<Multiplex>> m_multiplexes;
     Screen m_screen;
     ParentalLock m_lock;
-    ScramblingWatch m_scrambling;
     TaskQueue m_queue;
     Presentation m_presentation;
     StreamEvents m_events;
@@ -94,11 +92,8 @@ private:
     std::vector<unsigned int> m_lockedServices;             // the television's thread
     bool m_started = false, m_announcingServices = false;  // the queue's
 
-    TableReader m_tables;  // the receiving thread's
     std::mutex m_mutex;
-    std::condition_variable m_readingChanged;
-    Reading m_reading;
-    std::unique_ptr<Receiver> m_receiver;
+    std::condition_variable m_received;
 };
 
 }  // namespace television

@@ -110,7 +110,9 @@ std::string StreamEvents::Follow(Subscription& subscription, const Route& route)
 
 std::string StreamEvents::FindStream(Subscription& subscription, int componentTag, const Route& route) {
     if (subscription.sid == 0) subscription.sid = subscription.carousel ? subscription.carousel->sid : route.sid;
-    if (route.state == Route::State::NotInStream || subscription.sid != route.sid) return "its service is not received";
+    if (subscription.channel == 0) subscription.channel = route.id;
+    const bool same = subscription.sid == route.sid && subscription.channel == route.id;
+    if (route.state == Route::State::NotInStream || !same) return "its service is not received";
     if (route.state == Route::State::MapMissing) return "";
     const auto stream = route.taggedPids.find(componentTag);
     if (stream == route.taggedPids.end())

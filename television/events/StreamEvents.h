@@ -52,6 +52,7 @@ private:
         std::optional<CarouselTarget> carousel;  // that has the target, where it is no document
         std::optional<DeclaredEvent> event;      // once the target was read
         std::uint16_t sid = 0;                   // of the service whose events are meant; 0 while it is not known
+        unsigned int channel = 0;                // the same service's id
         std::uint16_t pid = kNullPid;            // that brings them
     };
     struct Listening {

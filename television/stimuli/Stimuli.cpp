@@ -90,6 +90,13 @@ Failure ReportRights(TelevisionSet& set, const std::string& argument) {
 
 constexpr std::array kStimuli{
     Stimulus{"aerial", "out|in", "pull the aerial out or plug it in again", Aerial},
+    Stimulus{"service-appears", "NUMBER",
+             "let a service of the demonstration come on the air: 5 (Atlas Pop-up), 90 (Atlas Data)", ServiceAppears},
+    Stimulus{"service-disappears", "NUMBER", "take a service of the demonstration off the air", ServiceDisappears},
+    Stimulus{"service-renamed", "NUMBER NAME", "give a service of the demonstration another name", ServiceRenamed},
+    Stimulus{"service-renumbered", "NUMBER NUMBER", "give a service of the demonstration another channel number",
+             ServiceRenumbered},
+    Stimulus{"programme", "next", "let the demonstration's next programmes begin", MoveProgramme},
     Stimulus{"mediaplayer", "start|stop", "give the screen to a media player, or back to the broadcast", MediaPlayer},
     Stimulus{"recorder", "start|stop", "begin or end a recording that no page may disturb", Recorder},
     Stimulus{"aspect", "4:3|16:9|auto", "show pictures with another aspect ratio, or with their own", Aspect},

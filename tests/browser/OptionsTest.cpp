@@ -24,15 +24,15 @@ QString ErrorOf(const QStringList& arguments) {
 TEST(Options, NoArgumentsMeanTheDemonstrationWithSoundAndControlOfTheBroadcast) {
     const Options options = Read({});
     EXPECT_EQ(options.url, QString());
-    EXPECT_EQ(options.stream, QString());
+    EXPECT_TRUE(options.streams.isEmpty());
     EXPECT_TRUE(options.sound);
     EXPECT_TRUE(options.broadcastRelated);
     EXPECT_FALSE(options.seconds.has_value());
 }
 
 TEST(Options, AValueFollowsItsOptionOrAnEqualsSign) {
-    EXPECT_EQ(Read({"--stream", "a.ts"}).stream, "a.ts");
-    EXPECT_EQ(Read({"--stream=a=b.ts"}).stream, "a=b.ts");
+    EXPECT_EQ(Read({"--stream", "a.ts", "--stream", "b.ts"}).streams, QStringList({"a.ts", "b.ts"}));
+    EXPECT_EQ(Read({"--stream=a=b.ts"}).streams, QStringList("a=b.ts"));
 }
 
 TEST(Options, SwitchesTakeNoValueAndLeaveTheNextArgumentAlone) {

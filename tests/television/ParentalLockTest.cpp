@@ -36,6 +36,9 @@ TEST(AgeOf, IsTheHighestOfTheRatingsThatAreAges) {
     EXPECT_EQ(AgeOf(Rated({0x00})), std::nullopt);
     EXPECT_EQ(AgeOf(Rated({0x10, 0xff})), std::nullopt) << "the broadcaster's own";
     EXPECT_EQ(AgeOf({}), std::nullopt);
+    Event later = Rated({0x0f});
+    later.following = true;
+    EXPECT_EQ(AgeOf(later), std::nullopt);
     Event cut = Rated({0x09});
     cut.descriptors[0].data.pop_back();
     EXPECT_EQ(AgeOf(cut), std::nullopt);

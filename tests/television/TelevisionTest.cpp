@@ -53,7 +53,12 @@ void TelevisionTest::SetUp() {
 void TelevisionTest::TearDown() { m_television.Stop(); }
 
 std::optional<std::string> TelevisionTest::StartWith(const std::string& stream) {
-    m_configuration.stream = stream;
+    m_configuration.streams.clear();
+    if (!stream.empty()) m_configuration.streams.push_back(stream);
+    return Start();
+}
+
+std::optional<std::string> TelevisionTest::Start() {
     m_configuration.demonstration = DEMONSTRATION_STREAM;
     m_configuration.sound = false;
     Observer observer;

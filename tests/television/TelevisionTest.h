@@ -26,6 +26,8 @@ protected:
 
     // Starts with a stream instead of the demonstration. What Start returned.
     std::optional<std::string> StartWith(const std::string& stream);
+    // Starts with m_configuration.
+    std::optional<std::string> Start();
     bool WaitForPicture(Shown shown);
     bool WaitForTunes(std::uint64_t count);
     unsigned int IdOf(const std::string& name);

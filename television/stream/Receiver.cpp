@@ -18,6 +18,8 @@ constexpr auto kOpenAgain = 1s;
 constexpr int kHurry = 50;
 // Being later than this (the machine slept), we go on from now instead of catching up.
 constexpr auto kLargestLag = 1s;
+// A slice takes at least so long, which no broadcast does: else a clock that stands still would let everything through.
+constexpr auto kLeastTime = 500us;
 
 std::chrono::nanoseconds Duration(std::int64_t ticks) { return std::chrono::nanoseconds(ticks * 1000 / 27); }
 
@@ -71,7 +73,7 @@ void Receiver::Pace() {
     const auto due = m_paceStart + Duration(m_clock.Now() - m_paceFrom) / pace;
     const auto now = SteadyClock::now();
     if (m_pace == pace && now - due <= kLargestLag) {
-        Wait(due);
+        Wait(m_keepTime ? std::max(due, now + kLeastTime) : due);
         return;
     }
     m_pace = pace;

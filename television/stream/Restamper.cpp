@@ -7,6 +7,8 @@ namespace television {
 namespace {
 
 constexpr std::int64_t kLargestStandstill = kClockRate / 5;
+// No stream has a packet a second. Clocks that say so are wrong, and would make a turn longer than there is time.
+constexpr std::int64_t kLongestPacket = kClockRate;
 
 }  // namespace
 
@@ -79,7 +81,7 @@ std::int64_t Restamper::LengthByClock() const {
     const std::int64_t span = WrappedDifference(m_lastClock, *m_firstClock, kClockWrap);
     const std::int64_t packets = m_packetsAtLast - m_packetsAtFirst;
     if (packets <= 0) return span;
-    return span + span / packets * (m_packets - packets);
+    return span + std::clamp(span / packets, -kLongestPacket, kLongestPacket) * (m_packets - packets);
 }
 
 // The clock tells how long a turn is, to within a packet's distance. The pictures tell it exactly, and a whole number

@@ -84,7 +84,7 @@ def scrambled_tables(packets, chance):
     return joined(packets)
 
 
-@damage(True)
+@damage(True, "is scrambled")
 def scrambled_pictures(packets, chance):
     for packet in packets:
         if pid_of(packet) in ELEMENTARY:

@@ -110,6 +110,17 @@ TEST(TableReader, BelievesAThousandServicesOfEightThousand) {
     EXPECT_EQ(ListServices(reader.Current(), ids).size(), 1024u);
 }
 
+// A present and a following event in two sections; where there are two hundred they are something else.
+TEST(TableReader, KeepsNoEventsOfATableThatNeverEnds) {
+    Reader reader;
+    const Bytes event = Bytes().Put32(0).Put16(0).Put16(1).Put40(0).Put8(0).Put16(0).PutLoop({});
+    for (unsigned number = 0; number < 200; ++number) reader.Read(MakeSection({kEit, 5, 0, number, 199}, event), 0x12);
+    EXPECT_TRUE(reader.Current().events.empty());
+    for (unsigned number = 0; number < 2; ++number) reader.Read(MakeSection({kEit, 5, 1, number, 1}, event), 0x12);
+    ASSERT_EQ(reader.Current().events.count(5), 1u);
+    EXPECT_EQ(reader.Current().events.at(5).size(), 2u);
+}
+
 TEST(DvbText, IsUtf8WhateverCallsItselfUtf8) {
     const auto decode = [](std::string_view text) {
         return DecodeText({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});

@@ -44,6 +44,21 @@ Packets Turns(const Packets& stream, int turns) {
 
 TEST(Restamper, LeavesTheFirstTurnAsItIs) { EXPECT_EQ(Turns(ShortStream(), 1), ShortStream()); }
 
+TEST(Restamper, TakesNoTurnForLongerThanASecondAPacket) {
+    constexpr std::int64_t kPackets = 8'000'000, kFarAhead = kClockWrap / 2 - 300;
+    Restamper restamper;
+    Packets first = MakePacket({.pid = 0x101, .clock = 0}), last = MakePacket({.pid = 0x101, .clock = kFarAhead});
+    restamper.Next(first.data());
+    restamper.Next(last.data());
+    Packets null(kPacketSize);
+    MakeNullPacket(null.data());
+    for (std::int64_t i = 0; i < kPackets; ++i) restamper.Next(null.data());
+    restamper.TurnAround();
+    Packets again = MakePacket({.pid = 0x101, .clock = 0});
+    restamper.Next(again.data());
+    EXPECT_EQ(ClockOf(again.data()), Wrapped(kFarAhead + kClockRate * (kPackets + 1), kClockWrap) / 300 * 300);
+}
+
 TEST(Restamper, KeepsPicturesAtTheirDistanceOverTheSeam) {
     const Packets packets = Turns(ShortStream(), 3);
     std::vector<PesTimes> times;

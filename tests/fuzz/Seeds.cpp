@@ -6,6 +6,7 @@
 #include <string>
 
 #include "television/demonstration/DemonstrationTables.h"
+#include "television/demonstration/SubtitleWriter.h"
 #include "television/events/CarouselMessages.h"
 #include "television/tables/DescriptorTags.h"
 #include "tests/fuzz/Chunks.h"
@@ -135,6 +136,17 @@ void AddLines(Seeds& seeds) {
               "</a:dsmcc_object></a:dsmcc>");
 }
 
+void AddSubtitles(Seeds& seeds) {
+    std::vector<Chunk> pages;
+    for (unsigned version = 0; version < 3; ++version) {
+        demonstration::SubtitlePage page{.version = version, .x = 20, .y = 30};
+        if (version < 2) page.drawing = demonstration::Drawing{8, 4, std::vector<std::uint8_t>(32, version + 1)};
+        pages.push_back({1, demonstration::MakeSubtitles(page).Data()});
+        seeds.Add("Subtitles", Join({pages.back()}));
+    }
+    seeds.Add("Subtitles", Join(pages));
+}
+
 Bytes Slice(const Bytes& packets, std::size_t first, std::size_t count) {
     const auto begin = packets.begin() + static_cast<std::ptrdiff_t>(first * kPacketSize);
     return {begin, begin + static_cast<std::ptrdiff_t>(count * kPacketSize)};
@@ -174,6 +186,7 @@ int main(int argc, char** argv) {
     AddTexts(seeds);
     AddCarousels(seeds);
     AddLines(seeds);
+    AddSubtitles(seeds);
     for (int i = 2; i < argc; ++i) AddStream(seeds, argv[i]);
     return 0;
 }

@@ -1,6 +1,6 @@
-// One of the transport streams that the television receives, with what it knows and keeps of it. All of them are received
-// all the time, so that each keeps its tables and its last seconds: a change to a service of another one is as quick as
-// any, and what changes there is noticed.
+// One of the transport streams that the television receives, with what it knows and keeps of it. All of them are
+// received all the time, so that each keeps its tables and its last seconds: a change to a service of another one is as
+// quick as any, and what changes there is noticed.
 #pragma once
 
 #include <cstddef>

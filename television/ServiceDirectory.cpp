@@ -26,7 +26,8 @@ bool IsZapped(const Service& service) { return !service.hidden && service.type !
 }  // namespace
 
 bool Route::SameStreams(const Route& other) const {
-    return state == other.state && id == other.id && sid == other.sid && mapPid == other.mapPid && clockPid == other.clockPid &&
+    return state == other.state && id == other.id && sid == other.sid && mapPid == other.mapPid &&
+           clockPid == other.clockPid &&
            std::equal(components.begin(), components.end(), other.components.begin(), other.components.end(),
                       SameElementaryStream);
 }

@@ -74,7 +74,14 @@ std::vector<ServiceInfo> MakeOccasional() {
          0x201,
          {{kH264Video, 0x201, 1, "", 0}, {kMpeg1Audio, 0x402, 2, "eng", 0}},
          {{"Here Today", "A festival, for as long as it lasts.", 0}, {"Gone Tomorrow", "Its last evening.", 3}}},
-        {0x6e11, 90, kDataBroadcast, "Atlas Data", 0x710, kNullPid, {}, {{"Pages", "Nothing to see, much to read.", 0}}},
+        {0x6e11,
+         90,
+         kDataBroadcast,
+         "Atlas Data",
+         0x710,
+         kNullPid,
+         {},
+         {{"Pages", "Nothing to see, much to read.", 0}}},
     };
 }
 

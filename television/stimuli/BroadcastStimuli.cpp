@@ -1,3 +1,4 @@
+// Arguments read, and handed to what the demonstration has on the air.
 #include "television/stimuli/BroadcastStimuli.h"
 
 #include <charconv>
@@ -47,13 +48,14 @@ Failure ServiceDisappears(TelevisionSet& set, const std::string& number) {
 Failure ServiceRenamed(TelevisionSet& set, const std::string& numberAndName) {
     const auto [number, name] = Split(numberAndName);
     if (name.empty()) return "The name is missing: write the service's number and its new name.";
-    return OnDemonstration(
-        set, [&, &name = name, &number = number](Broadcast& broadcast) { return broadcast.Rename(NumberIn(number), name); });
+    return OnDemonstration(set, [&number = number, &name = name](Broadcast& broadcast) {
+        return broadcast.Rename(NumberIn(number), name);
+    });
 }
 
 Failure ServiceRenumbered(TelevisionSet& set, const std::string& numbers) {
     const auto [number, to] = Split(numbers);
-    return OnDemonstration(set, [&, &number = number, &to = to](Broadcast& broadcast) {
+    return OnDemonstration(set, [&number = number, &to = to](Broadcast& broadcast) {
         return broadcast.Renumber(NumberIn(number), NumberIn(to));
     });
 }

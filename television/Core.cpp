@@ -84,7 +84,7 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     if (auto fault = ChooseSoundOutput(configuration, sound)) return fault;
     auto set = std::make_shared<TelevisionSet>(m_gate, observer, sound, configuration.audioLanguage);
     set->SetDemonstration(broadcast);
-    set->Directory().SetCountry(configuration.country);
+    set->SetCountry(configuration.country);
     set->SetPin(configuration.pin);
     if (auto fault = set->Start(std::move(inputs), progress)) {
         set->Shutdown();

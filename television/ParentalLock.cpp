@@ -1,34 +1,25 @@
 // Ages of programmes, compared with the one that was set.
 #include "television/ParentalLock.h"
 
-#include <algorithm>
-
-#include "television/tables/DescriptorTags.h"
+#include "television/tables/ProgrammeList.h"
 
 namespace television {
-namespace {
 
-// The rest is undefined or has a meaning of the broadcaster's own.
-bool IsAge(std::uint8_t rating) { return rating >= 0x01 && rating <= 0x0f; }
-
-constexpr int kAgeOfZero = 3;
-
-}  // namespace
-
-std::optional<int> AgeOf(const Event& event) {
-    std::optional<int> age;
-    if (event.following) return age;
-    const Descriptor* descriptor = Find(event.descriptors, kParentalRatingTag);
-    for (std::size_t at = 3; descriptor && at < descriptor->data.size(); at += 4)
-        if (const std::uint8_t rating = descriptor->data[at]; IsAge(rating))
-            age = std::max(age.value_or(0), rating + kAgeOfZero);
-    return age;
+std::optional<int> AgeOf(std::uint8_t rating) {
+    constexpr std::uint8_t kLowest = 0x01, kHighest = 0x0f;
+    constexpr int kAgeOfZero = 3;
+    return rating >= kLowest && rating <= kHighest ? std::optional(rating + kAgeOfZero) : std::nullopt;
 }
 
 void ParentalLock::Set(std::optional<int> age) {
     std::lock_guard lock(m_mutex);
     m_age = age;
     m_opened.reset();
+}
+
+void ParentalLock::SetCountry(const std::string& country) {
+    std::lock_guard lock(m_mutex);
+    m_country = country;
 }
 
 void ParentalLock::SetPin(const std::string& pin) {
@@ -42,10 +33,9 @@ bool ParentalLock::IsOn() const {
 }
 
 bool ParentalLock::Blocks(unsigned int channelId, const std::vector<Event>& events) const {
-    if (events.empty()) return false;
-    const auto age = AgeOf(events.front());
     std::lock_guard lock(m_mutex);
-    return m_age && age > m_age && m_opened != Opened{channelId, events.front().id};
+    const auto rating = PresentRating(events, m_country);
+    return m_age && rating && AgeOf(*rating) > m_age && m_opened != Opened{channelId, events.front().id};
 }
 
 bool ParentalLock::Open(const std::string& pin, unsigned int channelId, const std::vector<Event>& events) {

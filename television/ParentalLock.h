@@ -10,15 +10,16 @@
 
 namespace television {
 
-// The age that the ratings of a present event ask for, the highest if there are several; none when it is not rated by
-// age (ETSI EN 300 468, clause 6.2.28), or is the following one, where there is a gap before it.
-std::optional<int> AgeOf(const Event& event);
+// The age that a rating asks for (ETSI EN 300 468, clause 6.2.28); none when it is the broadcaster's own.
+std::optional<int> AgeOf(std::uint8_t rating);
 
 // All threads.
 class ParentalLock {
 public:
     // Without an age nothing is blocked. What was opened is blocked again.
     void Set(std::optional<int> age);
+    // Whose ratings count.
+    void SetCountry(const std::string& country);
     // Until it is set none opens.
     void SetPin(const std::string& pin);
     bool IsOn() const;
@@ -36,6 +37,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::optional<int> m_age;
+    std::string m_country;
     std::optional<std::string> m_pin;
     std::optional<Opened> m_opened;
 };

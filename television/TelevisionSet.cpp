@@ -184,6 +184,11 @@ bool TelevisionSet::LockedServicesChanged() {
     return std::exchange(m_lockedServices, locked) != locked;
 }
 
+void TelevisionSet::SetCountry(const std::string& country) {
+    m_directory.SetCountry(country);
+    m_lock.SetCountry(country);
+}
+
 bool TelevisionSet::IsLocked(const Service& service) const {
     return m_lock.IsOn() && m_lock.Blocks(service.id, m_directory.Events(service.id));
 }

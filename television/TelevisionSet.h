@@ -49,6 +49,8 @@ public:
     // The parental lock's age; none: off. And a PIN that the viewer enters: a sentence when it opens nothing.
     void SetLock(std::optional<int> age);
     void SetPin(const std::string& pin) { m_lock.SetPin(pin); }
+    // The viewer's, whose ratings are told and count.
+    void SetCountry(const std::string& country);
     bool IsLocked(const Service& service) const;
     std::optional<std::string> EnterPin(const std::string& pin);
     // Scrambles what the source has to scramble, or clears it. A sentence when it has nothing of the kind.

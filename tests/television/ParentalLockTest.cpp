@@ -29,19 +29,12 @@ Event Rated(std::vector<std::uint8_t> ratings, std::uint16_t id = 7) {
     return event;
 }
 
-TEST(AgeOf, IsTheHighestOfTheRatingsThatAreAges) {
-    EXPECT_EQ(AgeOf(Rated({0x01})), 4);
-    EXPECT_EQ(AgeOf(Rated({0x0f})), 18);
-    EXPECT_EQ(AgeOf(Rated({0x03, 0x09, 0x05})), 12);
-    EXPECT_EQ(AgeOf(Rated({0x00})), std::nullopt);
-    EXPECT_EQ(AgeOf(Rated({0x10, 0xff})), std::nullopt) << "the broadcaster's own";
-    EXPECT_EQ(AgeOf({}), std::nullopt);
-    Event later = Rated({0x0f});
-    later.following = true;
-    EXPECT_EQ(AgeOf(later), std::nullopt);
-    Event cut = Rated({0x09});
-    cut.descriptors[0].data.pop_back();
-    EXPECT_EQ(AgeOf(cut), std::nullopt);
+TEST(AgeOf, IsThatOfTheRatingsThatAreAges) {
+    EXPECT_EQ(AgeOf(0x01), 4);
+    EXPECT_EQ(AgeOf(0x0f), 18);
+    EXPECT_EQ(AgeOf(0x00), std::nullopt);
+    EXPECT_EQ(AgeOf(0x10), std::nullopt) << "the broadcaster's own";
+    EXPECT_EQ(AgeOf(0xff), std::nullopt);
 }
 
 TEST(ParentalLock, BlocksWhatIsRatedAboveTheAge) {
@@ -54,6 +47,27 @@ TEST(ParentalLock, BlocksWhatIsRatedAboveTheAge) {
     EXPECT_FALSE(lock.Blocks(kChannel, {}));
     lock.Set(std::nullopt);
     EXPECT_FALSE(lock.Blocks(kChannel, {Rated({10})}));
+}
+
+TEST(ParentalLock, GoesByTheRatingOfTheViewersCountry) {
+    Event film = Rated({15});
+    auto& ratings = film.descriptors[0].data;
+    ratings.insert(ratings.end(), {'F', 'R', 'A', 3});
+    ParentalLock lock;
+    lock.Set(12);
+    EXPECT_TRUE(lock.Blocks(kChannel, {film})) << "the first one's, where there is none of the viewer's country";
+    lock.SetCountry("FRA");
+    EXPECT_FALSE(lock.Blocks(kChannel, {film}));
+    lock.SetCountry("DEU");
+    EXPECT_TRUE(lock.Blocks(kChannel, {film}));
+}
+
+TEST(ParentalLock, BlocksNoProgrammeThatIsNotOnYet) {
+    Event later = Rated({15});
+    later.following = true;
+    ParentalLock lock;
+    lock.Set(12);
+    EXPECT_FALSE(lock.Blocks(kChannel, {later}));
 }
 
 TEST(ParentalLock, OpensOneProgrammeOfOneChannel) {

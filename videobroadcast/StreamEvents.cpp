@@ -106,8 +106,7 @@ void COipfVideoBroadcast::m_HandleStreamEventCallback(NPObject* listener, const 
 // A text that cannot be copied to the browser's memory leaves its property undefined.
 CJSEvent* COipfVideoBroadcast::t_CreateStreamEvent(const std::array<std::string, 4>& values) {
     static constexpr std::array<const char*, 4> kNames{"name", "data", "text", "status"};
-    std::array<NPVariant, 4> copies;
-    copies.fill(VoidVariant());
+    std::array<NPVariant, 4> copies{};  // Void
     for (std::size_t i = 0; i < values.size(); ++i) t_BytesToNPVariant(values[i].data(), values[i].size(), copies[i]);
     CJSEvent* event = t_CreateEventObject(m_eventNames[E_PROP_STREAM_EVENT], this);
     if (!event) {

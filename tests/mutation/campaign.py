@@ -25,7 +25,7 @@ FOLDERS = ("debug", "javascript", "videobroadcast", "plugin")
 # The last one takes its time: it is asked about what the others let pass.
 PROGRAMS = ("unit_debug", "unit_javascript", "unit_plugin", "unit_videobroadcast", "unit_endurance")
 SLOW = PROGRAMS[-1]
-SECONDS = 240
+SECONDS, SLOW_SECONDS = 120, 600
 MEMORY = 8 << 30
 
 
@@ -140,7 +140,7 @@ def kills(build, program, replaced, work):
     if linked.returncode:
         return "the linker"
     try:
-        tests = run([str(work / program), "--gtest_brief=1", "--gtest_fail_fast"], cwd=work, timeout=SECONDS,
+        tests = run([str(work / program), "--gtest_brief=1", "--gtest_fail_fast"], cwd=work, timeout=SLOW_SECONDS if program == SLOW else SECONDS,
                     preexec_fn=lambda: limit(program, build.sanitized))
     except subprocess.TimeoutExpired:
         return "a test that never ends"
@@ -175,8 +175,9 @@ def chosen(options):
             source = path.read_text()
             every += [(mutant, source) for mutant in mutants(name, source)]
     if options.again:
-        survivors = judged(options.again, {"survived"})
-        every = [(mutant, source) for mutant, source in every if (mutant.path, mutant.what) in survivors]
+        survivors, known = judged(options.again, {"survived"}), equivalents()
+        every = [(mutant, source) for mutant, source in every
+                 if (mutant.path, mutant.what) in survivors and not is_equivalent(mutant, known)]
     if options.results and os.path.exists(options.results):
         done = judged(options.results)
         every = [(mutant, source) for mutant, source in every if (mutant.path, mutant.what) not in done]

@@ -92,6 +92,17 @@ TEST_F(PCMutexThreads, DestroyEndsTheSemaphoreAndTheNextOneStartsFree) {
     EXPECT_TRUE(second.EntersWithin(kInTheEnd));
 }
 
+TEST_F(PCMutexThreads, WhoHeldADestroyedLockTakesTheNextOneLikeAnyOther) {
+    mutex.Lock();
+    mutex.Destroy();
+    mutex.Create();
+    mutex.Lock();
+    Contender contender(mutex);
+    EXPECT_FALSE(contender.EntersWithin(kForAWhile));
+    mutex.Unlock();
+    EXPECT_TRUE(contender.EntersWithin(kInTheEnd));
+}
+
 TEST_F(PCMutexThreads, OnlyOneThreadIsInsideAtATime) {
     constexpr int kThreads = 4;
     constexpr int kRounds = 5000;

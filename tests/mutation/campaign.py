@@ -141,7 +141,8 @@ def kills(build, program, replaced, work):
         return "the linker"
     try:
         tests = run([str(work / program), "--gtest_brief=1", "--gtest_fail_fast"], cwd=work,
-                    timeout=SLOW_SECONDS if program == SLOW else SECONDS, preexec_fn=lambda: limit(program, build.sanitized))
+                    timeout=SLOW_SECONDS if program == SLOW else SECONDS,
+                    preexec_fn=lambda: limit(program, build.sanitized))
     except subprocess.TimeoutExpired:
         return "a test that never ends"
     if tests.returncode == 0:

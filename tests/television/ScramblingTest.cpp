@@ -116,13 +116,17 @@ TEST_F(ScramblingTest, AServiceThatBecomesClearIsPresentedAndScrambledAgainIsBla
 }
 
 TEST_F(ScramblingTest, AClearTuneIsASuccessWhateverTheTablesSay) {
-    Scramble(false);
     m_player->SetChannel(m_key, false);
-    ASSERT_TRUE(WaitForPicture(Shown::AtlasKey));
+    ASSERT_TRUE(m_listener.WaitFor(Tuned()));
+    Scramble(false);
+    ASSERT_TRUE(m_listener.WaitFor("Unscrambled " + kSystem));
+    m_listener.Clear();
     m_player->SetChannel(m_one, false);
-    ASSERT_TRUE(WaitForPicture(Shown::AtlasOne));
+    ASSERT_TRUE(m_listener.WaitFor(Success(m_one)));
     m_player->SetChannel(m_key, false);
     EXPECT_TRUE(m_listener.WaitFor(Success(m_key)));
+    EXPECT_TRUE(WaitForPicture(Shown::AtlasKey));
+    EXPECT_EQ(m_listener.Told(), (Calls{Success(m_one), Success(m_key)}));
     EXPECT_TRUE(m_television.FindService(m_key)->scrambled);
 }
 

@@ -206,8 +206,27 @@ void Presentation::SetVolume(int volume) {
         std::lock_guard lock(m_mutex);
         m_state.volume = std::clamp(volume, 0, 100);
     }
+    ApplyVolume();
+}
+
+bool Presentation::IsMuted() const {
+    std::lock_guard lock(m_mutex);
+    return m_state.muted;
+}
+
+void Presentation::Mute(bool muted) {
+    {
+        std::lock_guard lock(m_mutex);
+        m_state.muted = muted;
+    }
+    ApplyVolume();
+}
+
+int Presentation::HeardVolume() const { return IsMuted() ? 0 : Volume(); }
+
+void Presentation::ApplyVolume() {
     m_around.queue.Post([this] {
-        if (m_decoder) m_decoder->SetVolume(Volume());
+        if (m_decoder) m_decoder->SetVolume(HeardVolume());
     });
 }
 

@@ -65,8 +65,11 @@ public:
     bool Presents(const Component& component) const;
     bool SelectComponent(ComponentType type, unsigned int index);
     bool UnselectComponent(ComponentType type, unsigned int index);
+    // From 0 to 100; beyond is the nearer one. Muted nothing is heard, and the volume stays.
     void SetVolume(int volume);
     int Volume() const;
+    void Mute(bool muted);
+    bool IsMuted() const;
 
     // What the receiver found. On the television's thread, as is Close, which ends all decoding.
     void Close() { CloseDecoder(); }
@@ -96,6 +99,7 @@ private:
         Clock::time_point since;
         TuneTimes times;
         int volume = 100;
+        bool muted = false;
         ComponentChoice choice;
     };
 
@@ -134,6 +138,8 @@ private:
     void TellClear(std::uint64_t request);
     std::uint16_t CaSystemId() const;
     void TellAboutProgramme(std::uint64_t request);
+    int HeardVolume() const;
+    void ApplyVolume();
     void SoundFailed(std::uint64_t session);
     void DecodingFailed(std::uint64_t session);
     void ReportSuccess(Report report, std::uint64_t request, unsigned int id);

@@ -95,7 +95,7 @@ DecoderPlan Presentation::PlanOf(const Route& route) const {
         if (component.type == ComponentType::Subtitle && IsDrawn(component)) plan.subtitlePids.insert(component.pid);
     }
     plan.output = m_sound;
-    plan.volume = Volume();
+    plan.volume = HeardVolume();
     std::lock_guard lock(m_mutex);
     plan.video = m_state.choice.Presented(route.components, ComponentType::Video);
     if (!plan.video) plan.video = FirstOf(route, ComponentType::Video);  // unseen, but its time goes on

@@ -86,8 +86,12 @@ double Television::SinceStreamEvent() {
 Condition Television::TheCondition() {
     const auto set = Core::Instance().Set();
     if (!set) return {};
-    return {set->ThePresentation().IsPresented(), set->TheResources().IsMediaPlaying(),
-            set->TheResources().IsRecording()};
+    const Presentation& presentation = set->ThePresentation();
+    return {.presented = presentation.IsPresented(),
+            .mediaPlays = set->TheResources().IsMediaPlaying(),
+            .records = set->TheResources().IsRecording(),
+            .volume = presentation.Volume(),
+            .muted = presentation.IsMuted()};
 }
 
 bool Television::ViewerSelects(unsigned int id) {

@@ -96,6 +96,8 @@ struct TuneTimes {
 struct Condition {
     bool presented = false;  // the channel has a picture or sound
     bool mediaPlays = false, records = false;
+    int volume = 0;  // 0 to 100
+    bool muted = false;
 };
 
 // What Television::Stimulate takes: "NAME" or "NAME ARGUMENT".

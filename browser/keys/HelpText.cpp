@@ -22,6 +22,7 @@ QString KeyboardHelp() {
         "F5 F6 F7 F8  or  R G Y B\tred, green, yellow, blue\n"
         "0 to 9\tdigits (a channel number, unless the page wants them)\n"
         "Page up, page down\tnext, previous channel\n"
+        "Plus, minus, X\tlouder, softer, mute\n"
         "P, Space, S, comma, full stop\tplay, pause, stop, rewind, fast forward\n"
         "I, E, T, U, M\tinfo, guide, teletext, subtitles, menu\n"
         "F1\tthis help\n"

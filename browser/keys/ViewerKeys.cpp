@@ -63,7 +63,19 @@ void ViewerKeys::ActOnTelevision(const RemoteKey& key) {
         Television::Instance().ViewerSelectsNext();
     } else if (key.code == FindKey(QStringLiteral("CHANNEL_DOWN"))->code) {
         Television::Instance().ViewerSelectsPrevious();
+    } else if (key.code == FindKey(QStringLiteral("VOLUME_UP"))->code) {
+        ChangeSound("volume up");
+    } else if (key.code == FindKey(QStringLiteral("VOLUME_DOWN"))->code) {
+        ChangeSound("volume down");
+    } else if (key.code == FindKey(QStringLiteral("MUTE"))->code) {
+        ChangeSound(Television::Instance().TheCondition().muted ? "mute off" : "mute on");
     }
+}
+
+void ViewerKeys::ChangeSound(const char* stimulus) {
+    Television::Instance().Stimulate(stimulus);
+    const television::Condition condition = Television::Instance().TheCondition();
+    Q_EMIT notice(condition.muted ? QStringLiteral("Mute") : QStringLiteral("Volume %1").arg(condition.volume));
 }
 
 void ViewerKeys::EnterDigit(int digit) {

@@ -1,5 +1,5 @@
-// The viewer's keys: those that the page asked for go to the page, the digits and the channel keys else to the
-// television.
+// The viewer's keys: those that the page asked for go to the page, the digits, the channel keys and the
+// volume else to the television.
 #pragma once
 
 #include <QKeyEvent>
@@ -35,6 +35,7 @@ Q_SIGNALS:
 private:
     void Keyboard(QKeyEvent& event, KeyAction action);
     void ActOnTelevision(const RemoteKey& key);
+    void ChangeSound(const char* stimulus);
     void EnterDigit(int digit);
     void NumberEntered();
 

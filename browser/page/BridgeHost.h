@@ -13,8 +13,6 @@ struct ViewerSettings {
     QString subtitleLanguage = QStringLiteral("eng");
     QString countryId = QStringLiteral("GBR");
     bool subtitlesEnabled = true;
-    int volume = 50;
-    bool mute = false;
 };
 
 class BridgeHost {

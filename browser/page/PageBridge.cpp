@@ -43,12 +43,13 @@ QVariantList PageBridge::programmes(unsigned int id) const {
 
 QVariantMap PageBridge::settings() const {
     const ViewerSettings settings = m_host.Settings();
+    const television::Condition condition = Television::Instance().TheCondition();
     return {{QStringLiteral("audioLanguage"), settings.audioLanguage},
             {QStringLiteral("subtitleLanguage"), settings.subtitleLanguage},
             {QStringLiteral("countryId"), settings.countryId},
             {QStringLiteral("subtitlesEnabled"), settings.subtitlesEnabled},
-            {QStringLiteral("volume"), settings.volume},
-            {QStringLiteral("mute"), settings.mute},
+            {QStringLiteral("volume"), condition.volume},
+            {QStringLiteral("mute"), condition.muted},
             {QStringLiteral("userAgent"), m_host.UserAgent()},
             {QStringLiteral("testing"), m_host.IsTesting()}};
 }

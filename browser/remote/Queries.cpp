@@ -69,6 +69,8 @@ QJsonObject TelevisionStatus() {
                                                   {QStringLiteral("height"), video.height}}},
             {QStringLiteral("mediaPlays"), condition.mediaPlays},
             {QStringLiteral("records"), condition.records},
+            {QStringLiteral("volume"), condition.volume},
+            {QStringLiteral("muted"), condition.muted},
             {QStringLiteral("tunes"), double(television.LastTune().count)},
             {QStringLiteral("lastTune"), television.LastTune().toFirstPicture}};
 }

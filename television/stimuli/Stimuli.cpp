@@ -13,6 +13,8 @@ namespace {
 
 using Failure = std::optional<std::string>;
 
+constexpr int kVolumeStep = 5;
+
 // A whole number, hexadecimal behind "0x"; none when the text is anything else.
 std::optional<unsigned int> Number(const std::string& text) {
     const bool hexadecimal = text.starts_with("0x");
@@ -88,15 +90,26 @@ Failure ReportRights(TelevisionSet& set, const std::string& argument) {
     return set.TellRights({status == "valid", id ? std::optional(static_cast<std::uint16_t>(*id)) : std::nullopt, rest});
 }
 
+Failure Volume(TelevisionSet& set, const std::string& argument) {
+    Presentation& presentation = set.ThePresentation();
+    const auto number = Number(argument);
+    if (number && *number <= 100) presentation.SetVolume(static_cast<int>(*number));
+    else if (argument == "up") presentation.SetVolume(presentation.Volume() + kVolumeStep);
+    else if (argument == "down") presentation.SetVolume(presentation.Volume() - kVolumeStep);
+    else return "The volume is a number from 0 to 100, \"up\" or \"down\".";
+    return std::nullopt;
+}
+
+Failure Mute(TelevisionSet& set, const std::string& argument) {
+    if (argument != "on" && argument != "off") return "Mute is \"on\" or \"off\".";
+    set.ThePresentation().Mute(argument == "on");
+    return std::nullopt;
+}
+
 constexpr std::array kStimuli{
     Stimulus{"aerial", "out|in", "pull the aerial out or plug it in again", Aerial},
-    Stimulus{"service-appears", "NUMBER",
-             "let a service of the demonstration come on the air: 5 (Atlas Pop-up), 90 (Atlas Data)", ServiceAppears},
-    Stimulus{"service-disappears", "NUMBER", "take a service of the demonstration off the air", ServiceDisappears},
-    Stimulus{"service-renamed", "NUMBER NAME", "give a service of the demonstration another name", ServiceRenamed},
-    Stimulus{"service-renumbered", "NUMBER NUMBER", "give a service of the demonstration another channel number",
-             ServiceRenumbered},
-    Stimulus{"programme", "next", "let the demonstration's next programmes begin", MoveProgramme},
+    Stimulus{"volume", "0-100|up|down", "make the sound louder or softer, for pages too", Volume},
+    Stimulus{"mute", "on|off", "silence the sound, or let it be heard again", Mute},
     Stimulus{"mediaplayer", "start|stop", "give the screen to a media player, or back to the broadcast", MediaPlayer},
     Stimulus{"recorder", "start|stop", "begin or end a recording that no page may disturb", Recorder},
     Stimulus{"aspect", "4:3|16:9|auto", "show pictures with another aspect ratio, or with their own", Aspect},

@@ -76,6 +76,17 @@ protected:
     TemporaryFile m_sound{std::span<const std::uint8_t>()};
 };
 
+TEST_F(ComponentSelection, AMutedTelevisionIsSilentAlsoOnAnotherChannel) {
+    EXPECT_TRUE(Hears(kGerman));
+    EXPECT_EQ(m_television.Stimulate("mute on"), std::nullopt);
+    EXPECT_TRUE(HearsNothing());
+    EXPECT_TRUE(m_player->SetChannel(IdOf("Atlas Two"), false));
+    EXPECT_TRUE(WaitForPicture(Shown::AtlasTwo));
+    EXPECT_TRUE(HearsNothing());
+    EXPECT_EQ(m_television.Stimulate("mute off"), std::nullopt);
+    EXPECT_TRUE(Hears(kTwo));
+}
+
 TEST_F(ComponentSelection, ChangesTheSoundThatIsHeard) {
     EXPECT_TRUE(Hears(kGerman));
     m_player->SelectAudioComponent(1);

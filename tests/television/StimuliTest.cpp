@@ -1,4 +1,6 @@
 // What happens to the television on a sofa, by name.
+#include <set>
+
 #include "tests/television/TelevisionTest.h"
 
 namespace television::test {
@@ -52,6 +54,34 @@ TEST_F(StimuliTest, TheDemonstrationIsScrambledAndCleared) {
     EXPECT_TRUE(WaitForPicture(Shown::AtlasKey));
     EXPECT_EQ(FailureOf("scrambling on"), "none");
     EXPECT_TRUE(WaitForPicture(Shown::Black));
+}
+
+TEST_F(StimuliTest, TheVolumeIsOneForTheViewerAndThePage) {
+    const auto volume = [this] { return m_television.TheCondition().volume; };
+    EXPECT_EQ(volume(), 100);
+    EXPECT_EQ(FailureOf("volume 40"), "none");
+    int heard = 0;
+    m_player->GetVolume(heard);
+    EXPECT_EQ(heard, 40);
+    EXPECT_EQ(FailureOf("volume up"), "none");
+    EXPECT_EQ(volume(), 45);
+    m_player->SetVolume(3);
+    EXPECT_EQ(FailureOf("volume down"), "none");
+    EXPECT_EQ(volume(), 0);
+    for (const char* wrong : {"volume 101", "volume -1", "volume loud"})
+        EXPECT_EQ(FailureOf(wrong), "The volume is a number from 0 to 100, \"up\" or \"down\".") << wrong;
+    EXPECT_EQ(FailureOf("mute on"), "none");
+    EXPECT_TRUE(m_television.TheCondition().muted);
+    EXPECT_EQ(FailureOf("mute off"), "none");
+    EXPECT_FALSE(m_television.TheCondition().muted);
+    EXPECT_EQ(FailureOf("mute"), "Write it as: mute on|off");
+    EXPECT_EQ(FailureOf("mute perhaps"), "Mute is \"on\" or \"off\".");
+}
+
+TEST(Stimuli, HaveANameEach) {
+    std::set<std::string> names;
+    for (const StimulusUse& stimulus : Television::Stimuli())
+        EXPECT_TRUE(names.insert(stimulus.name).second) << stimulus.name << " stands there twice";
 }
 
 TEST_F(StimuliTest, WhatIsWrittenWronglyDoesNothingAndIsAnswered) {

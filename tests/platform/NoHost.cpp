@@ -1,0 +1,5 @@
+// A platform library that needs nothing around it: the null platform, and a television's own where it starts by itself.
+#include "tests/platform/Host.h"
+
+void contract::StartPlatform() {}
+void contract::EndPlatform() {}

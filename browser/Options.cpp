@@ -111,6 +111,9 @@ const std::vector<OptionRow>& Rows() {
          Text(&Options::plugin)},
         {"--demonstration", "FILE", "the demonstration's audio and video (default: the one built beside it)",
          Text(&Options::demonstration)},
+        {"--no-timetable", nullptr, "the demonstration's services come, go and become clear by the remote only, and\n"
+                                    "not by themselves after the first minute (so it is with --test and --tour)",
+         Switch(&Options::timetable, false)},
     };
     return s_rows;
 }
@@ -179,6 +182,7 @@ std::variant<Options, HelpWanted, UsageError> ReadOptions(const QStringList& arg
             return UsageError{*error};
         }
     }
+    options.timetable = options.timetable && !options.tour && !options.test;
     if (options.tour && options.test) {
         return UsageError{QStringLiteral("--tour and --test exclude each other: both end with a verdict.")};
     }

@@ -21,6 +21,7 @@ struct Options {
     QStringList evaluate;    // scripts to run in the page when it has loaded
     std::optional<int> seconds;
     int logLevel = 0;
+    bool timetable = true;   // of the demonstration; none where a test or the tour must find the same each time
     bool sound = true;
     QString soundFile;
     bool broadcastRelated = true;

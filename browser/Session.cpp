@@ -114,6 +114,7 @@ Session::Failure Session::StartTelevision() {
         configuration.streams.push_back(stream.toStdString());
     }
     configuration.demonstration = DemonstrationFile(m_options).toStdString();
+    configuration.timetable = m_options.timetable;
     configuration.sound = m_options.sound;
     configuration.soundFile = m_options.soundFile.toStdString();
     configuration.pin = m_options.pin.toStdString();

@@ -76,7 +76,8 @@ std::optional<std::string> Core::SwitchOn(const Configuration& configuration, co
     SwitchOff();
     gst_init(nullptr, nullptr);
     SetLogSink(observer.log);
-    const auto broadcast = configuration.streams.empty() ? std::make_shared<Broadcast>() : nullptr;
+    const bool demonstrates = configuration.streams.empty();
+    const auto broadcast = demonstrates ? std::make_shared<Broadcast>(configuration.timetable) : nullptr;
     std::vector<Input> inputs;
     if (auto fault = OpenAll(configuration, broadcast, progress, inputs)) return fault;
     LoadElements();

@@ -20,6 +20,7 @@ struct Configuration {
     // Files or URLs with an MPEG transport stream each, the multiplexes of one network; none: the demonstration's.
     std::vector<std::string> streams;
     std::string demonstration;  // the file with the demonstration's audio and video
+    bool timetable = true;      // false: the demonstration's services come, go and become clear by stimuli only
     bool sound = true;          // false: decode sound, play it to nobody
     std::string soundFile;      // in place of a sound device: 16-bit little-endian samples, 48,000 pairs a second
     std::string audioLanguage;  // the viewer's preferred one, three letters; empty: the service's first

@@ -10,6 +10,21 @@ var Channels = (function () {
         return video.getChannelConfig().channelList;
     }
 
+    // Those of `channels` that `others` lacks.
+    function missing(channels, others) {
+        return channels.filter(function (channel) { return indexOf(others, channel) < 0; });
+    }
+
+    // The list as it is now: the object's own follows the stream.
+    function copy(video) {
+        return Array.prototype.slice.call(list(video));
+    }
+
+    // Whether these are the channels of the demonstration multiplex.
+    function isDemonstration(channels) {
+        return channels.length > 0 && channels[0].onid === 0xff01 && channels[0].tsid === 0x0401;
+    }
+
     function indexOf(channels, channel) {
         var i;
         for (i = 0; channel && i < channels.length; ++i) {
@@ -51,5 +66,5 @@ var Channels = (function () {
         }, TYPING_TIME);
     }
 
-    return { list: list, indexOf: indexOf, neighbour: neighbour, withNumber: withNumber, type: type };
+    return { list: list, copy: copy, missing: missing, isDemonstration: isDemonstration, indexOf: indexOf, neighbour: neighbour, withNumber: withNumber, type: type };
 }());

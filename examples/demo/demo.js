@@ -21,7 +21,8 @@
     var place = 0;
     var wanted = null;  // the channel that was asked for and is not there yet
     var present = null;
-    var notes = {};  // what was wrong with a channel the last time that it was watched, by its ccid
+    var notes = {};  // what was wrong with a channel the last time that it was watched, or that it is new, by its ccid
+    var known = [];  // the channels that there were before the list changed
     var shownChoices = "";
 
     function currentChannel() {
@@ -45,6 +46,22 @@
             notes[channel.ccid] = error === undefined ? "" : NOTES[error] || "";
             refreshChannels();
         }
+    }
+
+    function reportList(channels, sign) {
+        channels.forEach(function (channel) {
+            notes[channel.ccid] = sign === "+" ? "new" : "";
+            View.addEvent("ChannelListUpdate", sign + " " + nameOf(channel));
+        });
+    }
+
+    // A channel that has come or gone stands out; another name or number shows by itself.
+    function listChanged() {
+        var now = Channels.copy(video);
+        reportList(Channels.missing(known, now), "\u2212");
+        reportList(Channels.missing(now, known), "+");
+        known = now;
+        refreshChannels();
     }
 
     // Without a player there are no programmes.
@@ -266,7 +283,9 @@
                         keyset.INFO + keyset.OTHER);
         application.show();
         video.bindToCurrentChannel();
-        video.getChannelConfig().onChannelListUpdate = refreshChannels;
+        known = Channels.copy(video);
+        video.getChannelConfig().onChannelListUpdate = listChanged;
+        View.showTimetable(Channels.isDemonstration(known));
         refresh();
         listenForStreamEvents();
         View.showTick();

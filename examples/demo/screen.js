@@ -47,7 +47,7 @@ var View = (function () {
         var row = make("li", current ? "current" : "", "");
         row.appendChild(make("span", "number", numberOf(channel)));
         row.appendChild(make("span", note ? "name noted" : "name", channel.name));
-        row.appendChild(make("span", "note", note));
+        row.appendChild(make("span", "note " + note, note));
         return row;
     }
 
@@ -148,7 +148,12 @@ var View = (function () {
     }
 
     function showFull(full) {
-        document.body.className = full ? "full" : "";
+        document.body.classList[full ? "add" : "remove"]("full");
+    }
+
+    // What the demonstration multiplex does by itself is worth a word only where it is received.
+    function showTimetable(shown) {
+        document.body.classList[shown ? "add" : "remove"]("demonstration");
     }
 
     // An empty place is the one that the style sheet gives.
@@ -176,6 +181,7 @@ var View = (function () {
         showMessage: function (text) { show("message", text); },
         showTypedNumber: function (text) { show("typed-number", text); },
         showFull: showFull,
+        showTimetable: showTimetable,
         placeStage: placeStage,
         showTick: showTick,
         showBroadcastMessage: function (text) { setText("broadcast-message", text); },

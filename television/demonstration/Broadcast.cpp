@@ -2,6 +2,9 @@
 #include "television/demonstration/Broadcast.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "television/demonstration/Timetable.h"
 
 namespace television::demonstration {
 namespace {
@@ -13,9 +16,18 @@ std::string Named(const ServiceInfo& service) { return std::to_string(service.nu
 
 }  // namespace
 
-Broadcast::Broadcast() {
+Broadcast::Broadcast(bool hasTimetable) : m_scramblingTimed(hasTimetable) {
     for (const ServiceInfo& service : demonstration::Services()) m_entries.push_back({service, true});
-    for (const ServiceInfo& service : OccasionalServices()) m_entries.push_back({service, false});
+    for (const ServiceInfo& service : OccasionalServices())
+        m_entries.push_back({service, false, hasTimetable && service.sid == kPopUpSid});
+}
+
+void Broadcast::Proceed(std::int64_t seconds) {
+    std::lock_guard lock(m_mutex);
+    const Scene scene = SceneAt(seconds);
+    for (Entry& entry : m_entries)
+        if (entry.timed) Switch(entry, scene.popUpOnAir);
+    if (m_scramblingTimed) m_scrambled = !scene.keyClear;
 }
 
 std::vector<ServiceInfo> Broadcast::Services() const {
@@ -36,23 +48,32 @@ std::int64_t Broadcast::Skipped() const {
     return m_skipped;
 }
 
+bool Broadcast::IsScrambled() const {
+    std::lock_guard lock(m_mutex);
+    return m_scrambled;
+}
+
 Broadcast::Entry* Broadcast::Find(int number) {
     const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                     [number](const Entry& entry) { return entry.service.number == number; });
     return found == m_entries.end() ? nullptr : &*found;
 }
 
+void Broadcast::Switch(Entry& entry, bool onAir) {
+    if (std::exchange(entry.onAir, onAir) != onAir) ++m_version;
+}
+
 Broadcast::Failure Broadcast::SetOnAir(int number, bool onAir) {
     std::lock_guard lock(m_mutex);
     Entry* entry = Find(number);
-    if (entry && entry->onAir != onAir) {
-        entry->onAir = onAir;
-        ++m_version;
+    if (entry && entry->CanBecome(onAir)) {
+        entry->timed = false;
+        Switch(*entry, onAir);
         return std::nullopt;
     }
     std::string others;
     for (const Entry& other : m_entries)
-        if (other.onAir != onAir) others += (others.empty() ? "" : ", ") + Named(other.service);
+        if (other.CanBecome(onAir)) others += (others.empty() ? "" : ", ") + Named(other.service);
     return "No service " + std::to_string(number) + " can " + (onAir ? "appear" : "disappear") + "; " +
            (others.empty() ? "no other can either." : "these can: " + others + ".");
 }
@@ -85,6 +106,12 @@ Broadcast::Failure Broadcast::Renumber(int number, int to) {
 void Broadcast::SkipProgramme() {
     std::lock_guard lock(m_mutex);
     ++m_skipped;
+}
+
+void Broadcast::Scramble(bool on) {
+    std::lock_guard lock(m_mutex);
+    m_scramblingTimed = false;
+    m_scrambled = on;
 }
 
 }  // namespace television::demonstration

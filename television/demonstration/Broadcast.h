@@ -1,5 +1,5 @@
-// What the demonstration has on the air now: its services come, go and change when they are told to, and its programmes
-// move on. All threads.
+// What the demonstration has on the air now: its services come, go and change when they are told to, or by its timetable;
+// its programmes move on. What somebody has set by hand is the timetable's no more. All threads.
 #pragma once
 
 #include <mutex>
@@ -15,13 +15,18 @@ class Broadcast {
 public:
     using Failure = std::optional<std::string>;  // one sentence
 
-    Broadcast();
+    explicit Broadcast(bool hasTimetable = false);
+
+    // So many seconds after the beginning: what the timetable has for this time comes true.
+    void Proceed(std::int64_t seconds);
 
     std::vector<ServiceInfo> Services() const;
     // Of the tables that list the services: another number after each change.
     unsigned Version() const;
     // How many programmes are skipped.
     std::int64_t Skipped() const;
+    // Of the service that can be: Atlas Key.
+    bool IsScrambled() const;
 
     // Services are called by their channel numbers.
     Failure Appear(int number);
@@ -30,20 +35,26 @@ public:
     Failure Renumber(int number, int to);
     // The programme that follows takes the place of the present one, on all services.
     void SkipProgramme();
+    void Scramble(bool on);
 
 private:
     struct Entry {
         ServiceInfo service;
         bool onAir = true;
+        bool timed = false;  // the timetable decides whether it is on the air
+
+        bool CanBecome(bool wanted) const { return timed || onAir != wanted; }
     };
     // Under the lock.
     Entry* Find(int number);
+    void Switch(Entry& entry, bool onAir);
     Failure SetOnAir(int number, bool onAir);
 
     mutable std::mutex m_mutex;
     std::vector<Entry> m_entries;
     unsigned m_version = 0;
     std::int64_t m_skipped = 0;
+    bool m_scrambled = true, m_scramblingTimed = false;
 };
 
 }  // namespace television::demonstration

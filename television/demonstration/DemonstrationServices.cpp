@@ -66,7 +66,7 @@ std::vector<ServiceInfo> Make() {
 
 std::vector<ServiceInfo> MakeOccasional() {
     return {
-        {0x6e10,
+        {kPopUpSid,
          5,
          kHdTelevision,
          "Atlas Pop-up",

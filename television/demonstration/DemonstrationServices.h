@@ -48,7 +48,9 @@ struct ServiceInfo {
 
 // The PIDs of video and audio are those that make-stream gives them.
 const std::vector<ServiceInfo>& Services();
-// Services that are on the air only when somebody says so; their pictures and sound are those of the others.
+// Services that are on the air only when somebody, or the timetable, says so; their pictures and sound are those of the
+// others.
+inline constexpr std::uint16_t kPopUpSid = 0x6e10;
 const std::vector<ServiceInfo>& OccasionalServices();
 
 }  // namespace television::demonstration

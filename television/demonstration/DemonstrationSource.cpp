@@ -28,11 +28,13 @@ std::int64_t SecondsSince1970() {
 
 }  // namespace
 
-DemonstrationSource::DemonstrationSource(const std::string& path, std::shared_ptr<const Broadcast> broadcast,
+DemonstrationSource::DemonstrationSource(const std::string& path, std::shared_ptr<Broadcast> broadcast,
                                          const TableInjector::WallClock& wallClock)
     : m_file(path),
-      m_injector(Tables(std::move(broadcast)), kReplaced, wallClock ? wallClock : SecondsSince1970),
-      m_subtitles(MakeSubtitleInjector(wallClock ? wallClock : SecondsSince1970)),
+      m_broadcast(broadcast ? std::move(broadcast) : std::make_shared<Broadcast>()),
+      m_wallClock(wallClock ? wallClock : SecondsSince1970),
+      m_injector(Tables(m_broadcast), kReplaced, m_wallClock),
+      m_subtitles(MakeSubtitleInjector(m_wallClock)),
       m_scrambler(ScrambledPids()) {
     MessageEvents::Instance().Open();
 }
@@ -41,14 +43,23 @@ DemonstrationSource::~DemonstrationSource() { MessageEvents::Instance().Close();
 
 PacketSource::Result DemonstrationSource::Read(std::vector<std::uint8_t>& packets) {
     const Result result = m_file.Read(packets);
+    Proceed();
     m_injector.Process(packets);
     m_subtitles.Process(packets);
     m_scrambler.Process(packets);
     return result;
 }
 
+// It begins when it is first read.
+void DemonstrationSource::Proceed() {
+    const std::int64_t now = m_wallClock();
+    if (!m_begun) m_begun = now;
+    m_broadcast->Proceed(now - *m_begun);
+    m_scrambler.Switch(m_broadcast->IsScrambled());
+}
+
 bool DemonstrationSource::Scramble(bool on) {
-    m_scrambler.Switch(on);
+    m_broadcast->Scramble(on);
     return true;
 }
 

@@ -13,8 +13,9 @@ namespace television::demonstration {
 
 class DemonstrationSource : public PacketSource {
 public:
-    // `wallClock` is what the tables tell; by default the machine's.
-    explicit DemonstrationSource(const std::string& path, std::shared_ptr<const Broadcast> broadcast = nullptr,
+    // `broadcast` is by default one without a timetable. `wallClock` is what the tables tell and the timetable goes by, by
+    // default the machine's.
+    explicit DemonstrationSource(const std::string& path, std::shared_ptr<Broadcast> broadcast = nullptr,
                                  const TableInjector::WallClock& wallClock = {});
     ~DemonstrationSource() override;
     std::optional<std::string> Open() override { return m_file.Open(); }
@@ -23,7 +24,12 @@ public:
     bool Scramble(bool on) override;
 
 private:
+    void Proceed();
+
     FileSource m_file;
+    std::shared_ptr<Broadcast> m_broadcast;
+    TableInjector::WallClock m_wallClock;
+    std::optional<std::int64_t> m_begun;
     TableInjector m_injector;
     SubtitleInjector m_subtitles;
     Scrambler m_scrambler;

@@ -55,6 +55,14 @@ TEST(Options, ThePinIsFourDigits) {
     EXPECT_EQ(Read({"--pin", "4711"}).pin, "4711");
 }
 
+TEST(Options, TheDemonstrationHasNoTimetableWhereTheSameIsToBeFoundEachTime) {
+    EXPECT_TRUE(Read({}).timetable);
+    EXPECT_TRUE(Read({"--seconds", "90"}).timetable);
+    EXPECT_FALSE(Read({"--no-timetable"}).timetable);
+    EXPECT_FALSE(Read({"--test"}).timetable);
+    EXPECT_FALSE(Read({"--tour"}).timetable);
+}
+
 TEST(Options, ScriptsAddUp) {
     EXPECT_EQ(Read({"--evaluate", "1", "--evaluate", "2"}).evaluate, (QStringList{"1", "2"}));
 }

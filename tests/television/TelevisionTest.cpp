@@ -44,6 +44,9 @@ Shown What(const Picture* picture) {
     return Shown::Unknown;
 }
 
+// A test on a slow machine may take more than the first minute.
+TelevisionTest::TelevisionTest() { m_configuration.timetable = false; }
+
 void TelevisionTest::SetUp() {
     if (m_startDemonstration) {
         ASSERT_EQ(StartWith(""), std::nullopt);

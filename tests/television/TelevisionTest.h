@@ -21,6 +21,7 @@ Shown What(const Picture* picture);
 
 class TelevisionTest : public testing::Test {
 protected:
+    TelevisionTest();
     void SetUp() override;
     void TearDown() override;
 

@@ -50,6 +50,7 @@ public:
     Failure Stimulate(const QString& line) override;
 
 private:
+    Failure Answered(const std::optional<std::string>& refusal);
     Failure Prepare();
     Failure OpenEvents();
     Failure OpenRemote();

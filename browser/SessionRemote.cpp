@@ -69,15 +69,27 @@ Session::Failure Session::PressKey(const QString& name) {
 }
 
 Session::Failure Session::SelectChannel(const QString& channel) {
-    bool done = false;
+    Television& television = Television::Instance();
     if (channel == QLatin1String("next")) {
-        done = Television::Instance().ViewerSelectsNext();
-    } else if (channel == QLatin1String("previous")) {
-        done = Television::Instance().ViewerSelectsPrevious();
-    } else if (const auto service = FindService(Television::Instance().Services(), channel)) {
-        done = Television::Instance().ViewerSelects(service->id);
+        return Answered(television.ViewerSelectsNext());
     }
-    return done ? std::nullopt : Failure(QStringLiteral("There is no channel \"%1\".").arg(channel));
+    if (channel == QLatin1String("previous")) {
+        return Answered(television.ViewerSelectsPrevious());
+    }
+    if (const auto service = FindService(television.Services(), channel)) {
+        return Answered(television.ViewerSelects(service->id));
+    }
+    return QStringLiteral("There is no channel \"%1\".").arg(channel);
+}
+
+// The viewer reads it too.
+Session::Failure Session::Answered(const std::optional<std::string>& refusal) {
+    if (!refusal) {
+        return std::nullopt;
+    }
+    const QString sentence = QString::fromStdString(*refusal);
+    ShowNotice(sentence);
+    return sentence;
 }
 
 Session::Failure Session::WriteScreenshot(const QString& file) {

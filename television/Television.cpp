@@ -2,6 +2,7 @@
 #include "television/Television.h"
 
 #include "television/Core.h"
+#include "television/Log.h"
 #include "television/interfaces/ChannelCache.h"
 #include "television/interfaces/DebugFramework.h"
 #include "television/interfaces/ObjectKeys.h"
@@ -10,10 +11,27 @@
 namespace television {
 namespace {
 
+constexpr const char* kOff = "The television is off.";
+
 // The directory knows what the stream says; the parental lock is the television's own.
 std::optional<Service> WithLock(const TelevisionSet& set, std::optional<Service> service) {
     if (service) service->locked = set.IsLocked(*service);
     return service;
+}
+
+// A recording needs the receiver: no more than a page may the viewer take it away.
+std::optional<std::string> Refusal() {
+    const std::string sentence = "A recording is running and needs the receiver: stop the recorder to change the channel.";
+    Log(sentence);
+    return sentence;
+}
+
+std::optional<std::string> ViewerSteps(int steps) {
+    const auto set = Core::Instance().Set();
+    if (!set) return kOff;
+    if (set->TheResources().IsRecording()) return Refusal();
+    if (!set->ThePresentation().StepByViewer(steps)) return "There is no other channel.";
+    return std::nullopt;
 }
 
 }  // namespace
@@ -94,24 +112,20 @@ Condition Television::TheCondition() {
             .muted = presentation.IsMuted()};
 }
 
-bool Television::ViewerSelects(unsigned int id) {
+std::optional<std::string> Television::ViewerSelects(unsigned int id) {
     const auto set = Core::Instance().Set();
-    return set && set->ThePresentation().SelectByViewer(id);
+    if (!set) return kOff;
+    if (set->TheResources().IsRecording() && id != set->ThePresentation().Selected()) return Refusal();
+    if (!set->ThePresentation().SelectByViewer(id)) return "There is no such channel.";
+    return std::nullopt;
 }
 
-bool Television::ViewerSelectsNext() {
-    const auto set = Core::Instance().Set();
-    return set && set->ThePresentation().StepByViewer(1);
-}
-
-bool Television::ViewerSelectsPrevious() {
-    const auto set = Core::Instance().Set();
-    return set && set->ThePresentation().StepByViewer(-1);
-}
+std::optional<std::string> Television::ViewerSelectsNext() { return ViewerSteps(1); }
+std::optional<std::string> Television::ViewerSelectsPrevious() { return ViewerSteps(-1); }
 
 std::optional<std::string> Television::Stimulate(const std::string& line) {
     const auto set = Core::Instance().Set();
-    return set ? RunStimulus(*set, line) : "The television is off.";
+    return set ? RunStimulus(*set, line) : kOff;
 }
 
 std::vector<StimulusUse> Television::Stimuli() {

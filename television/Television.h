@@ -140,10 +140,10 @@ public:
     double SinceStreamEvent();
     Condition TheCondition();
 
-    // The viewer changes the channel with the remote control. False when there is nothing to change to.
-    bool ViewerSelects(unsigned int id);
-    bool ViewerSelectsNext();
-    bool ViewerSelectsPrevious();
+    // The viewer changes the channel with the remote control. A sentence that says why not, or nothing when it is done.
+    std::optional<std::string> ViewerSelects(unsigned int id);
+    std::optional<std::string> ViewerSelectsNext();
+    std::optional<std::string> ViewerSelectsPrevious();
 
     // Whatever else happens to a television on a sofa, as a line: the name of a stimulus and what belongs to it. A
     // sentence that says what is wrong, or nothing when it is done. All threads; what comes of it is told later.

@@ -60,15 +60,21 @@ void ViewerKeys::ActOnTelevision(const RemoteKey& key) {
     if (const int digit = DigitOf(key); digit >= 0) {
         EnterDigit(digit);
     } else if (key.code == FindKey(QStringLiteral("CHANNEL_UP"))->code) {
-        Television::Instance().ViewerSelectsNext();
+        Answered(Television::Instance().ViewerSelectsNext());
     } else if (key.code == FindKey(QStringLiteral("CHANNEL_DOWN"))->code) {
-        Television::Instance().ViewerSelectsPrevious();
+        Answered(Television::Instance().ViewerSelectsPrevious());
     } else if (key.code == FindKey(QStringLiteral("VOLUME_UP"))->code) {
         ChangeSound("volume up");
     } else if (key.code == FindKey(QStringLiteral("VOLUME_DOWN"))->code) {
         ChangeSound("volume down");
     } else if (key.code == FindKey(QStringLiteral("MUTE"))->code) {
         ChangeSound(Television::Instance().TheCondition().muted ? "mute off" : "mute on");
+    }
+}
+
+void ViewerKeys::Answered(const std::optional<std::string>& refusal) {
+    if (refusal) {
+        Q_EMIT notice(QString::fromStdString(*refusal));
     }
 }
 
@@ -90,16 +96,13 @@ void ViewerKeys::EnterDigit(int digit) {
 void ViewerKeys::NumberEntered() {
     m_digitTimer.stop();
     const QString digits = std::exchange(m_digits, QString());
-    Q_EMIT notice(SelectChannel(digits.toInt()) ? QString() : QStringLiteral("There is no channel %1.").arg(digits));
-}
-
-bool ViewerKeys::SelectChannel(int number) {
     for (const auto& service : Television::Instance().Services()) {
-        if (service.number == number && !service.hidden) {
-            return Television::Instance().ViewerSelects(service.id);
+        if (service.number == digits.toInt() && !service.hidden) {
+            Q_EMIT notice(QString());
+            return Answered(Television::Instance().ViewerSelects(service.id));
         }
     }
-    return false;
+    Q_EMIT notice(QStringLiteral("There is no channel %1.").arg(digits));
 }
 
 }  // namespace browser

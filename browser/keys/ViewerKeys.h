@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QObject>
 #include <QTimer>
+#include <optional>
+#include <string>
 
 #include "browser/keys/KeyDelivery.h"
 
@@ -24,9 +26,6 @@ public:
     void KeyboardPressed(QKeyEvent& event);
     void KeyboardReleased(QKeyEvent& event);
 
-    // The channel with that number; false when there is none.
-    bool SelectChannel(int number);
-
 Q_SIGNALS:
     void acted(const QString& key, const QString& receiver);
     // A text for the viewer, such as the number that is being entered.
@@ -36,6 +35,8 @@ private:
     void Keyboard(QKeyEvent& event, KeyAction action);
     void ActOnTelevision(const RemoteKey& key);
     void ChangeSound(const char* stimulus);
+    // What the television answers to a change of the channel.
+    void Answered(const std::optional<std::string>& refusal);
     void EnterDigit(int digit);
     void NumberEntered();
 

@@ -123,18 +123,18 @@ TEST_F(ChannelTest, ARadioServiceIsPresentedBySoundAndShowsBlack) {
 }
 
 TEST_F(ChannelTest, TheViewersChangeIsAnnouncedAndThenReported) {
-    EXPECT_TRUE(m_television.ViewerSelects(m_boreal));
+    EXPECT_EQ(m_television.ViewerSelects(m_boreal), std::nullopt);
     EXPECT_TRUE(m_listener.WaitFor(Success(m_boreal)));
     EXPECT_EQ(m_listener.Told(), (Calls{"ChannelChanged", Success(m_boreal)}));
     m_listener.Clear();
-    EXPECT_TRUE(m_television.ViewerSelectsPrevious());
+    EXPECT_EQ(m_television.ViewerSelectsPrevious(), std::nullopt);
     EXPECT_TRUE(m_listener.WaitFor(Success(m_two)));
     EXPECT_EQ(m_listener.Told(), (Calls{"ChannelChanged", Success(m_two)}));
     EXPECT_EQ(m_television.CurrentService()->id, m_two);
 }
 
 TEST_F(ChannelTest, TheViewersChangeToTheShownChannelChangesNothing) {
-    EXPECT_TRUE(m_television.ViewerSelects(m_one));
+    EXPECT_EQ(m_television.ViewerSelects(m_one), std::nullopt);
     EXPECT_TRUE(m_player->SetChannel(m_two, false));
     EXPECT_TRUE(m_listener.WaitFor(Success(m_two)));
     EXPECT_EQ(m_listener.Told(), Calls{Success(m_two)});

@@ -94,6 +94,22 @@ TEST_F(ResourcesTest, TheRecorderIsOperatingWhileItRecords) {
     EXPECT_FALSE(recorder->IsPvrOperating());
 }
 
+TEST_F(ResourcesTest, TheViewerMayNotChangeTheChannelWhileTheRecorderRecords) {
+    const std::string refusal =
+        "A recording is running and needs the receiver: stop the recorder to change the channel.";
+    const unsigned int one = IdOf("Atlas One"), two = IdOf("Atlas Two");
+    Others().SetRecording(true);
+    EXPECT_EQ(m_television.ViewerSelects(two), refusal);
+    EXPECT_EQ(m_television.ViewerSelectsNext(), refusal);
+    EXPECT_EQ(m_television.ViewerSelectsPrevious(), refusal);
+    EXPECT_EQ(m_television.ViewerSelects(one), std::nullopt) << "it is on already";
+    EXPECT_EQ(m_television.CurrentService()->id, one);
+    Others().SetRecording(false);
+    m_listener.Clear();
+    EXPECT_EQ(m_television.ViewerSelects(two), std::nullopt);
+    EXPECT_TRUE(m_listener.WaitFor("TuneSuccess " + std::to_string(two)));
+}
+
 TEST_F(ResourcesTest, WithoutAnAerialTheSignalIsLostAndNoChannelIsToBeHad) {
     Set().ConnectAerial(false);
     EXPECT_TRUE(m_listener.WaitFor("NoSignal"));

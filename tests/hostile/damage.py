@@ -57,9 +57,14 @@ def noise(packets, chance):
     return chance.randbytes(2_000_000)
 
 
-@damage(False)
+@damage(True, PRESENTED)
 def packets_of_204_bytes(packets, chance):
     return b"".join(bytes(packet) + b"\0" * 16 for packet in packets)
+
+
+@damage(True, PRESENTED)
+def packets_of_192_bytes(packets, chance):
+    return b"".join(count.to_bytes(4, "big") + bytes(packet) for count, packet in enumerate(packets))
 
 
 @damage(False, "has no clock")

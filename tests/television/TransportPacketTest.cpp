@@ -94,6 +94,50 @@ TEST(PacketAligner, ResumesBehindAFault) {
     EXPECT_EQ(ContinuityOf(packets.data() + 11 * kPacketSize), 11);
 }
 
+// Packets with other bytes between them, and the same bytes ahead of the first one or behind the last one.
+Packets Spaced(std::size_t before, std::size_t behind, unsigned count) {
+    Packets stream;
+    for (unsigned i = 0; i < count; ++i) {
+        stream.insert(stream.end(), before, static_cast<std::uint8_t>(i));
+        Append(stream, MakePacket({.continuity = i & 15}));
+        stream.insert(stream.end(), behind, static_cast<std::uint8_t>(i));
+    }
+    return stream;
+}
+
+void ExpectCounted(const Packets& packets, unsigned count) {
+    ASSERT_EQ(Count(packets), count);
+    for (unsigned i = 0; i < count; ++i) EXPECT_EQ(ContinuityOf(packets.data() + i * kPacketSize), i & 15) << i;
+}
+
+TEST(PacketAligner, TakesPacketsWithTimesBeforeThemOrErrorCorrectionBehindThem) {
+    for (const auto& stream : {Spaced(4, 0, 200), Spaced(0, 16, 200)})
+        for (const std::size_t piece : {1u, 100u, 204u, 100'000u}) {
+            PacketAligner aligner;
+            Packets packets;
+            for (std::size_t at = 0; at < stream.size(); at += piece)
+                aligner.Push(std::span(stream).subspan(at, std::min(piece, stream.size() - at)), packets);
+            ExpectCounted(packets, 200);
+        }
+}
+
+TEST(PacketAligner, TakesAnotherDistanceBehindAFaultAndFromTheBeginning) {
+    Packets stream = Spaced(0, 16, 16);
+    Append(stream, Packets(50, 0));
+    Append(stream, Spaced(4, 0, 16));
+    Append(stream, Spaced(0, 0, 16));
+    PacketAligner aligner;
+    Packets packets;
+    aligner.Push(stream, packets);
+    ExpectCounted(packets, 48);
+    for (const auto& [before, behind] : {std::pair{4, 0}, {0, 16}, {0, 0}}) {
+        aligner.Reset();
+        packets.clear();
+        aligner.Push(Spaced(static_cast<std::size_t>(before), static_cast<std::size_t>(behind), 16), packets);
+        ExpectCounted(packets, 16);
+    }
+}
+
 TEST(PacketAligner, TakesNoTextForPackets) {
     std::string text;
     while (text.size() < 4000) text += "GET THE GREAT PAGE\n";

@@ -11,16 +11,24 @@ namespace television {
 namespace {
 
 constexpr char kSeparator = '\n';  // stands in no namespace
-constexpr const char *kRoot = "dsmcc", *kObject = "dsmcc_object", *kEvent = "stream_event";
+constexpr std::string_view kNamespace = "urn:dvb:mis:dsmcc:2009";
+constexpr std::string_view kRoot = "dsmcc", kObject = "dsmcc_object", kEvent = "stream_event";
 
-std::string_view LocalName(std::string_view name) {
+// An element's namespace, empty when it is in none, and its name there.
+struct ElementName {
+    std::string_view space, local;
+};
+
+ElementName Split(std::string_view name) {
     const auto separator = name.rfind(kSeparator);
-    return separator == name.npos ? name : name.substr(separator + 1);
+    if (separator == name.npos) return {"", name};
+    return {name.substr(0, separator), name.substr(separator + 1)};
 }
 
+// The attributes of the declaration are in no namespace.
 std::optional<std::string_view> Find(const char** attributes, std::string_view name) {
     for (; *attributes; attributes += 2)
-        if (LocalName(attributes[0]) == name) return attributes[1];
+        if (attributes[0] == name) return attributes[1];
     return std::nullopt;
 }
 
@@ -36,18 +44,27 @@ std::optional<Number> FindNumber(const char** attributes, std::string_view name)
     return number;
 }
 
+// Televisions compare the whole name: what is taken here without its namespace would fail on others.
+std::string FaultOfRoot(const ElementName& root) {
+    if (root.local != kRoot) return "its XML is no declaration of stream events, which begins with <dsmcc>";
+    if (root.space == kNamespace) return "";
+    const std::string where = root.space.empty() ? "no namespace" : "the namespace \"" + std::string(root.space) + "\"";
+    return "its <dsmcc> is in " + where + "; it must begin with <dsmcc xmlns=\"" + std::string(kNamespace) + "\">";
+}
+
 // What is known at an element of the document. expat tells where they begin and end.
 struct Document {
     int depth = 0;
-    bool isDeclaration = false;
+    std::string fault;
     std::optional<std::uint8_t> componentTag;
     std::vector<DeclaredEvent> events;
 
-    void Begin(std::string_view name, const char** attributes) {
+    void Begin(const ElementName& name, const char** attributes) {
         ++depth;
-        if (depth == 1) isDeclaration = name == kRoot;
-        if (depth == 2 && name == kObject) componentTag = FindNumber<std::uint8_t>(attributes, "component_tag");
-        if (depth == 3 && name == kEvent) Add(attributes);
+        if (depth == 1) fault = FaultOfRoot(name);
+        if (name.space != kNamespace) return;
+        if (depth == 2 && name.local == kObject) componentTag = FindNumber<std::uint8_t>(attributes, "component_tag");
+        if (depth == 3 && name.local == kEvent) Add(attributes);
     }
     void End() {
         if (--depth == 1) componentTag.reset();
@@ -55,12 +72,12 @@ struct Document {
     void Add(const char** attributes) {
         const auto id = FindNumber<std::uint16_t>(attributes, "stream_event_id");
         const auto name = Find(attributes, "stream_event_name");
-        if (isDeclaration && componentTag && id && name) events.push_back({*componentTag, *id, std::string(*name)});
+        if (componentTag && id && name) events.push_back({*componentTag, *id, std::string(*name)});
     }
 };
 
 void Begin(void* document, const char* name, const char** attributes) {
-    static_cast<Document*>(document)->Begin(LocalName(name), attributes);
+    static_cast<Document*>(document)->Begin(Split(name), attributes);
 }
 
 void End(void* document, const char*) { static_cast<Document*>(document)->End(); }
@@ -77,7 +94,7 @@ EventDeclaration ReadEventDeclaration(std::string_view xml) {
         return {{},
                 "it is no XML: " + std::string(XML_ErrorString(XML_GetErrorCode(parser.get()))) + " in line " +
                     std::to_string(XML_GetCurrentLineNumber(parser.get()))};
-    if (!document.isDeclaration) return {{}, "its XML is no declaration of stream events, which begins with <dsmcc>"};
+    if (!document.fault.empty()) return {{}, std::move(document.fault)};
     return {std::move(document.events), ""};
 }
 

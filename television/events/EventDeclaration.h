@@ -21,7 +21,8 @@ struct EventDeclaration {
     std::string fault;
 };
 
-// Elements are told by their names in whatever namespace; an entry without a number or a name is left out.
+// The elements must be in the declaration's namespace, urn:dvb:mis:dsmcc:2009. An entry without a number or a name is
+// left out, and so are elements and attributes of other namespaces.
 EventDeclaration ReadEventDeclaration(std::string_view xml);
 
 }  // namespace television

@@ -16,7 +16,7 @@ std::string Escaped(const std::string& text) {
 }
 
 std::string Written(const std::vector<DeclaredEvent>& events) {
-    std::string xml = "<dsmcc>";
+    std::string xml = "<dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\">";
     for (const DeclaredEvent& event : events)
         xml += "<dsmcc_object component_tag=\"" + std::to_string(event.componentTag) + "\"><stream_event " +
                "stream_event_id=\"" + std::to_string(event.id) + "\" stream_event_name=\"" + Escaped(event.name) +

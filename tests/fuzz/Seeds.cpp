@@ -131,7 +131,8 @@ void AddLines(Seeds& seeds) {
               "<?xml version=\"1.0\"?><dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\"><dsmcc_object component_tag=\"0x0a\">"
               "<stream_event stream_event_id=\"1\" stream_event_name=\"t&#228;ick &amp; tock\"/></dsmcc_object></dsmcc>");
     seeds.Add("Declaration",
-              "<!DOCTYPE d [<!ENTITY a \"b&lt;\">]><a:dsmcc xmlns:a=\"u\"><a:dsmcc_object a:component_tag=\"255\">"
+              "<!DOCTYPE d [<!ENTITY a \"b&lt;\">]><a:dsmcc xmlns:a=\"urn:dvb:mis:dsmcc:2009\">"
+              "<a:dsmcc_object component_tag=\"255\">"
               "<a:stream_event stream_event_id=\"0xFFFF\" stream_event_name=\"&a;\"><!-- - --></a:stream_event>"
               "</a:dsmcc_object></a:dsmcc>");
 }

@@ -199,7 +199,7 @@ TEST(StreamEventVersions, AreOneEventEach) {
 }
 
 std::string Declared(const std::string& objects) {
-    return "<?xml version=\"1.0\"?><dsmcc xmlns=\"urn:dvb:dsmcc:2009\">" + objects + "</dsmcc>";
+    return "<?xml version=\"1.0\"?><dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\">" + objects + "</dsmcc>";
 }
 
 TEST(EventDeclarations, NameEventsOfComponents) {
@@ -214,13 +214,39 @@ TEST(EventDeclarations, NameEventsOfComponents) {
               (std::vector<DeclaredEvent>{{10, 1, "goal"}, {10, 65535, "<\u00fc>"}, {255, 1, "end"}}));
 }
 
-TEST(EventDeclarations, MayHaveAnyPrefixOrNoNamespace) {
-    for (const std::string& xml : std::vector<std::string>{
-             "<d:dsmcc xmlns:d=\"urn:x\"><d:dsmcc_object component_tag=\"1\"><d:stream_event d:stream_event_id=\"2\" "
-             "stream_event_name=\"n\"/></d:dsmcc_object></d:dsmcc>",
-             "<dsmcc><dsmcc_object component_tag=\"1\"><stream_event stream_event_id=\"2\" "
-             "stream_event_name=\"n\"></stream_event></dsmcc_object></dsmcc>"})
-        EXPECT_EQ(ReadEventDeclaration(xml).events, (std::vector<DeclaredEvent>{{1, 2, "n"}})) << xml;
+TEST(EventDeclarations, MayHaveAnyPrefix) {
+    EXPECT_EQ(ReadEventDeclaration("<d:dsmcc xmlns:d=\"urn:dvb:mis:dsmcc:2009\"><d:dsmcc_object component_tag=\"1\">"
+                                   "<d:stream_event stream_event_id=\"2\" stream_event_name=\"n\"></d:stream_event>"
+                                   "</d:dsmcc_object></d:dsmcc>")
+                  .events,
+              (std::vector<DeclaredEvent>{{1, 2, "n"}}));
+}
+
+TEST(EventDeclarations, OfAnotherNamespaceOrOfNoneAreRefused) {
+    const std::string rest = "<dsmcc_object component_tag=\"1\"><stream_event stream_event_id=\"2\" "
+                             "stream_event_name=\"n\"/></dsmcc_object></dsmcc>";
+    const auto other = ReadEventDeclaration("<dsmcc xmlns=\"urn:dvb:dsmcc:2009\">" + rest);
+    EXPECT_TRUE(other.events.empty());
+    EXPECT_EQ(other.fault,
+              "its <dsmcc> is in the namespace \"urn:dvb:dsmcc:2009\"; it must begin with "
+              "<dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\">");
+    const auto none = ReadEventDeclaration("<dsmcc>" + rest);
+    EXPECT_TRUE(none.events.empty());
+    EXPECT_EQ(none.fault,
+              "its <dsmcc> is in no namespace; it must begin with <dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\">");
+}
+
+TEST(EventDeclarations, LeaveOutElementsAndAttributesOfOtherNamespaces) {
+    const std::string event = "<stream_event stream_event_id=\"1\" stream_event_name=\"n\"/>";
+    for (const std::string& object : std::vector<std::string>{
+             "<dsmcc_object xmlns=\"urn:x\" component_tag=\"1\">" + event + "</dsmcc_object>",
+             "<dsmcc_object component_tag=\"1\"><x:stream_event xmlns:x=\"urn:x\" stream_event_id=\"1\" "
+             "stream_event_name=\"n\"/></dsmcc_object>",
+             "<dsmcc_object xmlns:x=\"urn:x\" x:component_tag=\"1\">" + event + "</dsmcc_object>"}) {
+        const auto declaration = ReadEventDeclaration(Declared(object));
+        EXPECT_EQ(declaration.fault, "") << object;
+        EXPECT_TRUE(declaration.events.empty()) << object;
+    }
 }
 
 TEST(EventDeclarations, LeaveOutEntriesWithoutANumberOrAName) {

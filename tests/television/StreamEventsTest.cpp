@@ -25,7 +25,7 @@ constexpr std::uint16_t kPid = 0x104, kOtherPid = 0x105;
 constexpr int kTag = 10;
 
 std::string Declaration(int tag) {
-    return "<dsmcc xmlns=\"urn:dvb:dsmcc:2009\"><dsmcc_object component_tag=\"" + std::to_string(tag) +
+    return "<dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\"><dsmcc_object component_tag=\"" + std::to_string(tag) +
            "\"><stream_event stream_event_id=\"1\" stream_event_name=\"goal\"/>"
            "<stream_event stream_event_id=\"2\" stream_event_name=\"end\"/></dsmcc_object></dsmcc>";
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "television/tables/Associations.h"
 #include "television/tables/ProgrammeList.h"
 
 namespace television {
@@ -30,6 +31,12 @@ bool Route::SameStreams(const Route& other) const {
            clockPid == other.clockPid &&
            std::equal(components.begin(), components.end(), other.components.begin(), other.components.end(),
                       SameElementaryStream);
+}
+
+std::optional<std::uint16_t> Route::AssociatedPid(std::uint16_t association) const {
+    if (const auto found = associatedPids.find(association); found != associatedPids.end()) return found->second;
+    const auto tagged = taggedPids.find(association & 0xff);
+    return tagged == taggedPids.end() ? std::nullopt : std::optional(tagged->second);
 }
 
 bool ServiceDirectory::Update(const Tables& tables, std::size_t multiplex) {
@@ -97,8 +104,7 @@ std::optional<Service> ServiceDirectory::FindTriplet(int onid, int tsid, int sid
     return found == services.end() ? std::nullopt : std::optional(*found);
 }
 
-Delivery ServiceDirectory::FindDelivered(const DeliverySystem& wanted, int sid,
-                                         std::optional<Service>& service) const {
+Delivery ServiceDirectory::FindDelivered(const DeliverySystem& wanted, int sid, std::optional<Service>& service) const {
     Delivery result = Delivery::OtherKind;
     for (const auto& tables : CurrentTables()) {
         if (!tables->network) continue;
@@ -166,6 +172,7 @@ Route ServiceDirectory::RouteTo(unsigned int id) const {
     route.components = ListComponents(map->second, service && service->hd);
     for (const ElementaryStream& stream : map->second.streams)
         if (const auto tag = ComponentTag(stream)) route.taggedPids.try_emplace(*tag, stream.pid);
+    route.associatedPids = ListAssociations(*tables, place.sid);
     return route;
 }
 

@@ -24,7 +24,11 @@ struct Route {
     unsigned int id = 0;
     std::uint16_t sid = 0, mapPid = 0, clockPid = 0;
     std::vector<Component> components;
-    std::map<int, std::uint16_t> taggedPids;  // of all streams that have a component tag, by it
+    std::map<int, std::uint16_t> taggedPids;                // of all streams that have a component tag, by it
+    std::map<std::uint16_t, std::uint16_t> associatedPids;  // of streams that have an association tag, by it
+    // Of the stream that a carousel calls so. An association tag that no descriptor gives is a component tag with
+    // anything in the upper byte.
+    std::optional<std::uint16_t> AssociatedPid(std::uint16_t association) const;
     // What decides how it is decoded: a new route that is like the old one need not interrupt the presentation.
     bool SameStreams(const Route& other) const;
 };

@@ -14,11 +14,20 @@
 
 namespace television {
 
+// What a tap leads to (ISO/IEC 13818-6, table 4-12): the list of an object's module, its blocks, or stream events.
+enum TapUse : std::uint16_t {
+    kStatusAndEventUse = 0x000c,
+    kEventUse = 0x000d,
+    kDeliveryUse = 0x0016,
+    kObjectUse = 0x0017,
+};
+
 // Where an object is.
 struct ObjectPlace {
     std::uint32_t carousel = 0;
     std::uint16_t module = 0;
     std::vector<std::uint8_t> key;
+    std::optional<std::uint16_t> association;  // of the stream with its module's list
     bool operator==(const ObjectPlace&) const = default;
 };
 
@@ -29,7 +38,8 @@ struct ModuleInfo {
     std::uint32_t size = 0;
     std::uint16_t blockSize = 0;
     std::uint8_t version = 0;
-    std::uint32_t originalSize = 0;  // of a compressed module; else 0
+    std::uint32_t originalSize = 0;            // of a compressed module; else 0
+    std::optional<std::uint16_t> association;  // of the stream with its blocks
     bool operator==(const ModuleInfo&) const = default;
 };
 

@@ -1,6 +1,7 @@
-// A reference to an object of a carousel, as messages carry it (an IOR with a BIOP profile).
+// A reference to an object of a carousel, as messages carry it (an IOR with a BIOP profile), and its taps.
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 
 #include "television/events/CarouselMessages.h"
@@ -10,5 +11,8 @@ namespace television {
 
 // Takes one reference. Nothing when it has no place in a carousel of this stream, or is cut.
 std::optional<ObjectPlace> ReadReference(FieldReader& fields);
+
+// Takes taps with their count in front. The association tag of the last one with such a use.
+std::optional<std::uint16_t> ReadTaps(FieldReader& fields, std::initializer_list<TapUse> uses);
 
 }  // namespace television

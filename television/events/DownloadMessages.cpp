@@ -29,14 +29,8 @@ std::optional<Message> ReadMessage(const Section& section, std::uint8_t table, s
     return Message{id, content};
 }
 
-// From the module's descriptors, which stand behind its times and taps: what size it has uncompressed.
-std::uint32_t OriginalSize(FieldReader info) {
-    info.Take(12);
-    for (int taps = info.Take8(); taps > 0; --taps) {
-        info.Take(6);
-        info.TakeCounted8();
-    }
-    FieldReader descriptors(info.TakeCounted8());
+// From the module's descriptors: what size it has uncompressed.
+std::uint32_t OriginalSize(FieldReader descriptors) {
     while (!descriptors.Rest().empty()) {
         const std::uint8_t tag = descriptors.Take8();
         FieldReader descriptor(descriptors.TakeCounted8());
@@ -44,6 +38,12 @@ std::uint32_t OriginalSize(FieldReader info) {
         if (tag == kCompressedModuleTag) return descriptor.Take32();
     }
     return 0;
+}
+
+void ReadModuleInfo(FieldReader info, ModuleInfo& module) {
+    info.Take(12);  // times
+    module.association = ReadTaps(info, {kObjectUse});
+    module.originalSize = OriginalSize(FieldReader(info.TakeCounted8()));
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ std::optional<ModuleList> ReadModuleList(const Section& section) {
         module.size = fields.Take32();
         module.blockSize = blockSize;
         module.version = fields.Take8();
-        module.originalSize = OriginalSize(FieldReader(fields.TakeCounted8()));
+        ReadModuleInfo(FieldReader(fields.TakeCounted8()), module);
     }
     return fields.IsValid() ? std::optional(list) : std::nullopt;
 }

@@ -69,6 +69,15 @@ std::optional<EventDeclaration> ObjectCarousel::Take(const Section& section) {
     return block && TakeBlock(*block) ? Walk() : std::nullopt;
 }
 
+std::vector<std::uint16_t> ObjectCarousel::Associations() const {
+    std::vector<std::uint16_t> associations;
+    if (!m_place) return associations;
+    if (m_place->association) associations.push_back(*m_place->association);
+    const auto module = m_modules.find({m_place->carousel, m_place->module});
+    if (module != m_modules.end() && module->second.association) associations.push_back(*module->second.association);
+    return associations;
+}
+
 void ObjectCarousel::Want(const ObjectPlace& place) {
     m_place = place;
     m_blocks.clear();

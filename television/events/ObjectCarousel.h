@@ -1,4 +1,4 @@
-// Finds a stream event object in an object carousel, from the carousel's sections.
+// Finds a stream event object in an object carousel, from the carousel's sections, which may come in several streams.
 #pragma once
 
 #include <cstdint>
@@ -24,8 +24,10 @@ class ObjectCarousel {
 public:
     explicit ObjectCarousel(std::vector<std::string> path) : m_path(std::move(path)) {}
 
-    // Takes a section of the carousel's PID. The outcome, once there is one.
+    // Takes a section of one of the carousel's PIDs. The outcome, once there is one.
     std::optional<EventDeclaration> Take(const Section& section);
+    // The association tags of the streams that bring what is to be read next, as far as they are known.
+    std::vector<std::uint16_t> Associations() const;
 
 private:
     using ModuleId = std::pair<std::uint32_t, std::uint16_t>;  // carousel and module

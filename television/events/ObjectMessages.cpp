@@ -8,8 +8,7 @@ namespace television {
 namespace {
 
 constexpr std::uint32_t kMagic = 0x42494f50;  // "BIOP"
-constexpr std::uint32_t kBiopProfile = 0x49534f06, kObjectLocation = 0x49534f50;
-constexpr std::uint16_t kStatusAndEventUse = 0x000c, kEventUse = 0x000d;
+constexpr std::uint32_t kBiopProfile = 0x49534f06, kObjectLocation = 0x49534f50, kBinder = 0x49534f40;
 
 // Kinds and names end in a zero byte, which some leave out.
 std::string Text(FieldReader::Bytes bytes) { return {bytes.begin(), std::find(bytes.begin(), bytes.end(), 0)}; }
@@ -25,13 +24,17 @@ ObjectPlace ReadLocation(FieldReader component) {
 }
 
 std::optional<ObjectPlace> ReadProfile(FieldReader profile) {
+    std::optional<ObjectPlace> place;
+    std::optional<std::uint16_t> association;
     profile.Take8();  // byte order
     for (int count = profile.Take8(); count > 0 && profile.IsValid(); --count) {
         const std::uint32_t tag = profile.Take32();
-        const auto component = profile.TakeCounted8();
-        if (tag == kObjectLocation) return ReadLocation(FieldReader(component));
+        FieldReader component(profile.TakeCounted8());
+        if (tag == kObjectLocation && !place) place = ReadLocation(component);
+        if (tag == kBinder && !association) association = ReadTaps(component, {kDeliveryUse});
     }
-    return std::nullopt;
+    if (place) place->association = association;
+    return place;
 }
 
 // bindings: a name, the kind of binding, a reference and information on the object.
@@ -59,29 +62,17 @@ std::optional<std::vector<std::string>> ReadEventNames(FieldReader info, std::si
     return info.IsValid() && info.Rest().empty() ? std::optional(names) : std::nullopt;
 }
 
-// The tag that the stream with the events has: in a tap, which says what it is for. Association tags of components are
-// their component tags.
-std::optional<std::uint8_t> ReadEventTap(FieldReader& body) {
-    std::optional<std::uint8_t> tag;
-    for (int taps = body.Take8(); taps > 0 && body.IsValid(); --taps) {
-        body.Take16();
-        const std::uint16_t use = body.Take16(), association = body.Take16();
-        body.TakeCounted8();
-        if (use == kEventUse || use == kStatusAndEventUse) tag = static_cast<std::uint8_t>(association);
-    }
-    return tag;
-}
-
 // Stream information has 9 bytes in some streams and 11 in others; the right reading consumes the whole.
 void ReadStreamEvents(FieldReader info, FieldReader body, CarouselObject& object) {
     auto names = ReadEventNames(info, 9);
     if (!names) names = ReadEventNames(info, 11);
-    const auto tag = ReadEventTap(body);
-    if (!names || !tag) return;
+    const auto association = ReadTaps(body, {kStatusAndEventUse, kEventUse});
+    if (!names || !association) return;
+    const auto tag = static_cast<std::uint8_t>(*association);  // the component tag is the lower byte
     FieldReader ids(body);
     const std::size_t count = ids.Take8();
     for (std::size_t i = 0; i < std::min(count, names->size()); ++i)
-        if (const std::uint16_t id = ids.Take16(); ids.IsValid()) object.events.push_back({*tag, id, (*names)[i]});
+        if (const std::uint16_t id = ids.Take16(); ids.IsValid()) object.events.push_back({tag, id, (*names)[i]});
 }
 
 CarouselObject ReadObject(const std::string& kind, FieldReader info, FieldReader rest) {
@@ -109,6 +100,17 @@ std::optional<ObjectPlace> ReadReference(FieldReader& fields) {
         if (tag == kBiopProfile) place = ReadProfile(FieldReader(profile));
     }
     return fields.IsValid() ? place : std::nullopt;
+}
+
+std::optional<std::uint16_t> ReadTaps(FieldReader& fields, std::initializer_list<TapUse> uses) {
+    std::optional<std::uint16_t> found;
+    for (int taps = fields.Take8(); taps > 0 && fields.IsValid(); --taps) {
+        fields.Take16();
+        const std::uint16_t use = fields.Take16(), association = fields.Take16();
+        fields.TakeCounted8();
+        if (fields.IsValid() && std::find(uses.begin(), uses.end(), use) != uses.end()) found = association;
+    }
+    return found;
 }
 
 std::optional<CarouselObject> FindObject(std::span<const std::uint8_t> module, std::span<const std::uint8_t> key) {

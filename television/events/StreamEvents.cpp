@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <set>
 
 #include "television/Log.h"
 #include "television/events/Download.h"
@@ -118,19 +117,23 @@ std::string StreamEvents::FindStream(Subscription& subscription, int componentTa
     if (stream == route.taggedPids.end())
         return "the service has no stream with the component tag " + std::to_string(componentTag);
     if (!subscription.event)
-        ReadCarousel(subscription, stream->second);
+        ReadCarousel(subscription, stream->second, route);
     else if (subscription.pid != stream->second)
         Listen(subscription, stream->second);
     return "";
 }
 
-void StreamEvents::ReadCarousel(const Subscription& subscription, std::uint16_t pid) {
+void StreamEvents::ReadCarousel(const Subscription& subscription, std::uint16_t pid, const Route& route) {
     std::lock_guard lock(m_listeningMutex);
     const auto reading = m_carousels.find(subscription.url);
-    if (reading != m_carousels.end() && reading->second.pid == pid && !reading->second.ended) return;
+    if (reading != m_carousels.end() && reading->second.pid == pid && !reading->second.ended) {
+        reading->second.route = route;
+        return;
+    }
     Log("The carousel on PID " + std::to_string(pid) + " is searched for " + subscription.url + ".");
-    m_carousels.insert_or_assign(subscription.url,
-                                 CarouselReading{pid, {}, ObjectCarousel(subscription.carousel->path)});
+    CarouselReading begun{pid, ObjectCarousel(subscription.carousel->path), route, {}, {}};
+    begun.collectors[pid];
+    m_carousels.insert_or_assign(subscription.url, std::move(begun));
 }
 
 void StreamEvents::Listen(Subscription& subscription, std::uint16_t pid) {
@@ -199,15 +202,36 @@ void StreamEvents::HearEvents(const std::uint8_t* packet) {
 }
 
 void StreamEvents::HearCarousels(const std::uint8_t* packet) {
+    const std::uint16_t pid = PidOf(packet);
     for (auto& [url, reading] : m_carousels) {
-        if (reading.pid != PidOf(packet)) continue;
-        reading.collector.Push(packet, [&, &target = url, &source = reading](const Section& section) {
-            auto found = source.ended ? std::nullopt : source.carousel.Take(section);
-            if (!found) return;
-            source.ended = true;
-            m_telling.Post(
-                [this, address = target, declaration = std::move(*found)] { TargetRead(address, declaration); });
+        const auto collector = reading.collectors.find(pid);
+        if (collector == reading.collectors.end()) continue;
+        collector->second.Push(packet, [&, &target = url, &source = reading](const Section& section) {
+            TakeSection(target, source, pid, section);
         });
+    }
+}
+
+void StreamEvents::TakeSection(const std::string& url, CarouselReading& reading, std::uint16_t pid,
+                               const Section& section) {
+    // The beginning in another stream is that of another carousel.
+    if (reading.ended || (pid != reading.pid && ReadGateway(section))) return;
+    auto found = reading.carousel.Take(section);
+    FollowAssociations(reading);
+    if (!found) return;
+    reading.ended = true;
+    m_telling.Post([=, this, declaration = std::move(*found)] { TargetRead(url, declaration); });
+}
+
+// A carousel whose streams cannot be found is read from its own, as if it named that one.
+void StreamEvents::FollowAssociations(CarouselReading& reading) {
+    for (const std::uint16_t association : reading.carousel.Associations()) {
+        const auto pid = reading.route.AssociatedPid(association);
+        if (pid)
+            reading.collectors.try_emplace(*pid);
+        else if (reading.missing.insert(association).second)
+            Log("The carousel on PID " + std::to_string(reading.pid) + " names a stream by the association tag " +
+                std::to_string(association) + ", which the service has not.");
     }
 }
 

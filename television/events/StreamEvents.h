@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 
@@ -61,9 +62,11 @@ private:
     };
 
     struct CarouselReading {
-        std::uint16_t pid;
-        SectionCollector collector;
+        std::uint16_t pid;  // on which it begins
         ObjectCarousel carousel;
+        Route route;
+        std::map<std::uint16_t, SectionCollector> collectors;  // by PID
+        std::set<std::uint16_t> missing;                       // streams that it names and the service has not
         bool ended = false;
     };
 
@@ -79,7 +82,7 @@ private:
     // Under m_mutex.
     std::string Follow(Subscription& subscription, const Route& route);
     std::string FindStream(Subscription& subscription, int componentTag, const Route& route);
-    void ReadCarousel(const Subscription& subscription, std::uint16_t pid);
+    void ReadCarousel(const Subscription& subscription, std::uint16_t pid, const Route& route);
     void EndFaulty(const std::function<std::string(Subscription&)>& faultOf);
     void Listen(Subscription& subscription, std::uint16_t pid);
     void ListenNoLongerInVain();
@@ -87,6 +90,8 @@ private:
     // Under m_listeningMutex.
     void HearEvents(const std::uint8_t* packet);
     void HearCarousels(const std::uint8_t* packet);
+    void TakeSection(const std::string& url, CarouselReading& reading, std::uint16_t pid, const Section& section);
+    void FollowAssociations(CarouselReading& reading);
 
     Surroundings m_around;
     std::mutex m_mutex;  // held while something is told

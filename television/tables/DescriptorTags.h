@@ -1,4 +1,5 @@
-// The descriptors that the television reads or writes (ETSI EN 300 468, clause 6; ISO/IEC 13818-1, clause 2.6).
+// The descriptors that the television reads or writes (ETSI EN 300 468, clause 6; ISO/IEC 13818-1, clause 2.6;
+// ISO/IEC 13818-6, clause 11.4).
 #pragma once
 
 #include <cstdint>
@@ -8,6 +9,8 @@ namespace television {
 enum DescriptorTag : std::uint8_t {
     kCaTag = 0x09,
     kLanguageTag = 0x0a,
+    kAssociationTag = 0x14,
+    kDeferredAssociationsTag = 0x15,
     kNetworkNameTag = 0x40,
     kSatelliteDeliveryTag = 0x43,
     kCableDeliveryTag = 0x44,

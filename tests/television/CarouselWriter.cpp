@@ -19,19 +19,20 @@ Bytes Counted16(const Bytes& bytes) { return Bytes().Put16(static_cast<unsigned>
 Bytes Counted32(const Bytes& bytes) { return Bytes().Put32(static_cast<std::uint32_t>(bytes.Size())).Put(bytes); }
 Bytes Text(const std::string& text) { return Bytes().Put(text).Put8(0); }
 
-Bytes Reference(const std::string& kind, unsigned module, unsigned key) {
+Bytes Reference(const std::string& kind, unsigned module, unsigned key, const CarouselShape& shape) {
     Bytes location, binder, profile;
     location.Put32(kCarousel).Put16(module).Put16(0x0100).Put(Counted8(Bytes().Put8(key)));
-    binder.Put8(1).Put16(0).Put16(0x0016).Put16(11).Put8(10).Put16(1).Put32(0x80000002).Put32(0xffffffff);
+    binder.Put8(1).Put16(0).Put16(0x0016).Put16(shape.list).Put8(10).Put16(1).Put32(0x80000002).Put32(0xffffffff);
     profile.Put8(0).Put8(2);
     profile.Put32(0x49534f50).Put(Counted8(location)).Put32(0x49534f40).Put(Counted8(binder));
     return Bytes().Put(Counted32(Text(kind))).Put32(1).Put32(0x49534f06).Put(Counted32(profile));
 }
 
-Bytes Binding(const std::string& name, const std::string& kind, unsigned module, unsigned key) {
+Bytes Binding(const std::string& name, const std::string& kind, unsigned module, unsigned key,
+              const CarouselShape& shape) {
     Bytes binding;
     binding.Put8(1).Put(Counted8(Text(name))).Put(Counted8(Text(kind))).Put8(kind == "dir" ? 2 : 1);
-    return binding.Put(Reference(kind, module, key)).Put16(0);
+    return binding.Put(Reference(kind, module, key, shape)).Put16(0);
 }
 
 Bytes Object(const std::string& kind, unsigned key, const Bytes& info, const Bytes& body) {
@@ -41,10 +42,10 @@ Bytes Object(const std::string& kind, unsigned key, const Bytes& info, const Byt
     return Bytes().Put("BIOP").Put16(0x0100).Put8(0).Put8(0).Put(Counted32(message));
 }
 
-Bytes Directories() {
-    const Bytes root =
-        Bytes().Put16(2).Put(Binding("folder", "dir", kDirectories, 2)).Put(Binding("text", "fil", kObjects, 4));
-    const Bytes folder = Bytes().Put16(1).Put(Binding("scores", "ste", kObjects, 3));
+Bytes Directories(const CarouselShape& shape) {
+    Bytes root, folder;
+    root.Put16(2).Put(Binding("folder", "dir", kDirectories, 2, shape)).Put(Binding("text", "fil", kObjects, 4, shape));
+    folder.Put16(1).Put(Binding("scores", "ste", kObjects, 3, shape));
     return Bytes().Put(Object("srg", 1, {}, root)).Put(Object("dir", 2, {}, folder));
 }
 
@@ -72,10 +73,10 @@ Bytes Message(unsigned kind, std::uint32_t id, const Bytes& content) {
     return Bytes().Put8(0x11).Put8(0x03).Put16(kind).Put32(id).Put8(0xff).Put8(0).Put(Counted16(content));
 }
 
-Section ServerInitiate() {
+Section ServerInitiate(const CarouselShape& shape) {
     Bytes content;
     content.Put(std::string(20, '\xff')).Put16(0);
-    content.Put(Counted16(Bytes().Put(Reference("srg", kDirectories, 1)).Put8(0).Put8(0).Put16(0)));
+    content.Put(Counted16(Bytes().Put(Reference("srg", kDirectories, 1, shape)).Put8(0).Put8(0).Put16(0)));
     return MakeSection({.table = 0x3b, .extension = 0}, Message(0x1006, 0x80000000, content));
 }
 
@@ -85,14 +86,14 @@ struct Module {
     std::size_t originalSize;  // 0 when it is not compressed
 };
 
-Bytes ModuleEntry(const Module& module, unsigned version) {
+Bytes ModuleEntry(const Module& module, const CarouselShape& shape) {
     Bytes info, descriptors;
-    info.Put32(0xffffffff).Put32(0xffffffff).Put32(0).Put8(1).Put16(0).Put16(0x0017).Put16(11).Put8(0);
+    info.Put32(0xffffffff).Put32(0xffffffff).Put32(0).Put8(1).Put16(0).Put16(0x0017).Put16(shape.blocks).Put8(0);
     if (module.originalSize > 0)
         descriptors.PutDescriptor(0x09, Bytes().Put8(8).Put32(static_cast<std::uint32_t>(module.originalSize)));
     info.Put(Counted8(descriptors));
     Bytes entry;
-    entry.Put16(module.id).Put32(static_cast<std::uint32_t>(module.content.Size())).Put8(version);
+    entry.Put16(module.id).Put32(static_cast<std::uint32_t>(module.content.Size())).Put8(shape.version);
     return entry.Put(Counted8(info));
 }
 
@@ -100,7 +101,7 @@ Section InfoIndication(const std::vector<Module>& modules, const CarouselShape& 
     Bytes content;
     content.Put32(kCarousel).Put16(static_cast<unsigned>(shape.blockSize)).Put(std::string(10, '\0')).Put16(0);
     content.Put16(static_cast<unsigned>(modules.size()));
-    for (const Module& module : modules) content.Put(ModuleEntry(module, shape.version));
+    for (const Module& module : modules) content.Put(ModuleEntry(module, shape));
     content.Put16(0);
     return MakeSection({.table = 0x3b, .extension = 2}, Message(0x1002, 0x80000002, content));
 }
@@ -121,9 +122,9 @@ void AddBlocks(const Module& module, const CarouselShape& shape, std::vector<Sec
 std::vector<Section> CarouselSections(const CarouselShape& shape) {
     const Bytes objects = Objects(shape);
     const std::vector<Module> modules{
-        {kDirectories, Directories(), 0},
+        {kDirectories, Directories(shape), 0},
         {kObjects, shape.compressed ? Compressed(objects) : objects, shape.compressed ? objects.Size() : 0}};
-    std::vector<Section> sections{ServerInitiate(), InfoIndication(modules, shape)};
+    std::vector<Section> sections{ServerInitiate(shape), InfoIndication(modules, shape)};
     for (const Module& module : modules) AddBlocks(module, shape, sections);
     return sections;
 }

@@ -15,6 +15,7 @@ struct CarouselShape {
     unsigned version = 0;            // of the modules
     unsigned eventTap = 0x000c;      // what the tap with the events' stream is for
     std::uint8_t componentTag = 10;  // of that stream
+    unsigned list = 11, blocks = 11;  // association tags of the streams with the list of modules and with their blocks
 };
 
 // All its sections once: "folder/scores" is a stream event object with "goal" (1) and "end" (2), "text" is a file.

@@ -21,7 +21,7 @@ using demonstration::Bytes;
 using demonstration::Packetize;
 using Told = std::vector<std::string>;
 
-constexpr std::uint16_t kPid = 0x104, kOtherPid = 0x105;
+constexpr std::uint16_t kPid = 0x104, kOtherPid = 0x105, kListPid = 0x106, kBlocksPid = 0x107;
 constexpr int kTag = 10;
 
 std::string Declaration(int tag) {
@@ -113,6 +113,16 @@ protected:
     void SendCarousel() {
         Packets packets;
         for (const auto& section : CarouselSections()) Packetize(section, kOtherPid, m_continuity[kOtherPid], packets);
+        m_events.PacketsReceived(packets);
+    }
+    // The carousel's beginning, its list of modules and its blocks, each on a PID of its own.
+    void SendSpreadCarousel(const CarouselShape& shape) {
+        Packets packets;
+        for (const auto& section : CarouselSections(shape)) {
+            const bool control = section[0] == 0x3b, beginning = control && section[4] == 0;
+            const std::uint16_t pid = beginning ? kOtherPid : control ? kListPid : kBlocksPid;
+            Packetize(section, pid, m_continuity[pid], packets);
+        }
         m_events.PacketsReceived(packets);
     }
     void Send(unsigned id, const std::string& data, unsigned version = 0, std::uint16_t pid = kPid) {
@@ -278,6 +288,45 @@ TEST_F(StreamEventsTest, MayBeNamedByAnObjectInACarousel) {
     ASSERT_TRUE(WaitForListening(2));
     Send(2, "y");
     m_deliveries.Expect({Error(wrong, "Goal"), Trigger(job, 1, "goal", "x"), Trigger(later, 2, "end", "y")});
+}
+
+TEST_F(StreamEventsTest, MayBeNamedByACarouselThatIsSpreadOverStreams) {
+    Route byComponentTags = Ready(1, {{kTag, kPid}, {11, kOtherPid}, {12, kListPid}, {13, kBlocksPid}});
+    Route byAssociationTags = Ready(1, {{kTag, kPid}, {11, kOtherPid}, {12, 0x1000}});
+    byAssociationTags.associatedPids = {{0x120c, kListPid}, {0x120d, kBlocksPid}};
+    Told told;
+    for (const Route& route : {byComponentTags, byAssociationTags}) {
+        Follow(route);
+        const auto job = m_events.Subscribe("dvb://1.1.1.b/folder/scores", "goal");
+        const long turn = static_cast<long>(told.size()) + 1;
+        ASSERT_TRUE(WaitForLines(turn, "The carousel on PID 261 is searched for"));
+        // Another carousel on the PID of the blocks must not be taken for the one that is wanted.
+        for (int turns = 0; turns < 3; ++turns) {
+            Packets other;
+            Packetize(CarouselSections({.list = 99, .blocks = 99})[0], kBlocksPid, m_continuity[kBlocksPid], other);
+            m_events.PacketsReceived(other);
+            SendSpreadCarousel({.list = 0x120c, .blocks = 0x120d});
+        }
+        ASSERT_TRUE(WaitForListening(turn));
+        Send(1, "x", static_cast<unsigned>(turn));
+        told.push_back(Trigger(job, 1, "goal", "x"));
+        m_deliveries.Expect(told);
+        m_events.Unsubscribe(job);
+    }
+}
+
+TEST_F(StreamEventsTest, OfACarouselWhoseTagsNobodyKnowsAreFoundInItsOwnStream) {
+    Follow(Ready(1, {{kTag, kPid}, {11, kOtherPid}}));
+    const auto job = m_events.Subscribe("dvb://1.1.1.b/folder/scores", "goal");
+    ASSERT_TRUE(WaitForLines(1, "is searched for"));
+    Packets packets;
+    for (const auto& section : CarouselSections({.list = 0x63, .blocks = 0x63}))
+        Packetize(section, kOtherPid, m_continuity[kOtherPid], packets);
+    m_events.PacketsReceived(packets);
+    ASSERT_TRUE(WaitForLines(1, "names a stream by the association tag 99, which the service has not"));
+    ASSERT_TRUE(WaitForListening(1));
+    Send(1, "x");
+    m_deliveries.Expect({Trigger(job, 1, "goal", "x")});
 }
 
 TEST_F(StreamEventsTest, OfACarouselThatIsNotThereAreAnError) {

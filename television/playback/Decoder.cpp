@@ -79,7 +79,8 @@ struct Decoder::Callbacks {
     }
 };
 
-Decoder::Decoder(const DecoderPlan& plan, DecoderEvents events) : m_events(std::move(events)) {
+Decoder::Decoder(const DecoderPlan& plan, DecoderEvents events)
+    : m_events(std::move(events)), m_videoPid(plan.video ? plan.video->pid : kNullPid) {
     m_pipeline = gst_pipeline_new(nullptr);
     gst_pipeline_set_latency(GST_PIPELINE(m_pipeline), kLatency);
     GstBus* bus = gst_element_get_bus(m_pipeline);
@@ -201,6 +202,9 @@ void Decoder::LinkPad(GstPad* pad) {
 
 void Decoder::Feed(std::vector<std::uint8_t>&& packets) {
     if (!m_source) return;
+    // tsdemux throws the whole of a picture away when one of its packets is missing. Bad reception would never bring a
+    // picture that others refer to; the decoder makes a damaged one of it, as viewers know it. Sound is better silent.
+    m_videoCount.Apply(m_videoPid, packets);
     auto* owned = new std::vector<std::uint8_t>(std::move(packets));
     GstBuffer* buffer = gst_buffer_new_wrapped_full(GST_MEMORY_FLAG_READONLY, owned->data(), owned->size(), 0,
                                                     owned->size(), owned, FreePackets);

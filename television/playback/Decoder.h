@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "television/Television.h"
+#include "television/stream/Renumbering.h"
+#include "television/stream/TransportPacket.h"
 #include "television/tables/Components.h"
 
 typedef struct _GstElement GstElement;
@@ -70,6 +72,8 @@ private:
     void LinkPad(GstPad* pad);
 
     DecoderEvents m_events;
+    std::uint16_t m_videoPid;
+    Renumbering m_videoCount;
     GstElement* m_pipeline = nullptr;
     GstElement* m_source = nullptr;
     GstElement* m_selector = nullptr;  // of sound

@@ -190,7 +190,7 @@ def lost_bytes(packets, chance):
     return b"".join(stream[begin + chance.randrange(1, 400):end] for begin, end in zip([0] + places, places))
 
 
-@damage(None)
+@damage(True, PRESENTED)
 def lost_packets(packets, chance):
     return joined(packet for packet in packets if chance.random() > 0.05)
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <random>
 
 #include "television/demonstration/DemonstrationServices.h"
 #include "television/demonstration/DemonstrationSource.h"
@@ -106,6 +107,23 @@ TEST_F(DecoderTest, HandsOutSubtitlesInTimeWithThePictures) {
     EXPECT_LT(std::abs(Milliseconds(m_subtitles[1] - m_pictures[index])), kTolerance);
     const auto between = static_cast<double>(excerpt.subtitles[2] - excerpt.subtitles[1]) / 90;
     EXPECT_LT(std::abs(Milliseconds(m_subtitles[2] - m_subtitles[1]) - between), kTolerance);
+}
+
+// One packet in twenty: of the pictures that others refer to, hardly one comes whole.
+TEST_F(DecoderTest, MakesPicturesThoughPacketsAreLost) {
+    const Excerpt excerpt = ReadExcerpt(5);
+    std::mt19937 random(1);
+    Packets received;
+    for (std::size_t at = 0; at < excerpt.packets.size(); at += kPacketSize)
+        if (PidOf(&excerpt.packets[at]) != kVideoPid || random() % 20 != 0)
+            received.insert(received.end(), &excerpt.packets[at], &excerpt.packets[at] + kPacketSize);
+    m_plan.subtitlePids.clear();
+    Decoder decoder(m_plan, m_events);
+    decoder.Feed(std::move(received));
+    EXPECT_TRUE(m_watch.WaitFor([&] {
+        std::lock_guard lock(m_mutex);
+        return m_pictures.size() >= 25;
+    }));
 }
 
 }  // namespace

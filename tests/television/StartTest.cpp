@@ -61,6 +61,11 @@ TEST_F(StartTest, RefusesASchemeThatItDoesNotKnow) {
     EXPECT_TRUE(Contains(Refusal("gopher://host/stream"), "\"gopher://\" cannot be received"));
 }
 
+TEST_F(StartTest, RefusesACard) {
+    EXPECT_EQ(Refusal("dvb://adapter0"),
+              "\"dvb://\" cannot be received: give a file or a udp://, http:// or https:// address.");
+}
+
 TEST_F(StartTest, SaysThatAnAddressDoesNotLoad) {
     EXPECT_TRUE(Contains(Refusal("http://127.0.0.1:1/stream.ts"), "does not load"));
 }

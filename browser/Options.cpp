@@ -75,7 +75,7 @@ Setter AddTo(QStringList Options::* member) {
 
 const std::vector<OptionRow>& Rows() {
     static const std::vector<OptionRow> s_rows{
-        {"--stream", "FILE|URL", "the transport stream to receive: a file, udp://, http:// or https://\n"
+        {"--stream", "FILE|URL", "the transport stream to receive: a file, udp://, http://, https:// or dvb://\n"
                                  "(default: the demonstration multiplex); repeated, each is one more multiplex of\n"
                                  "the same network", AddTo(&Options::streams)},
         {"--no-sound", nullptr, "play no sound", Switch(&Options::sound, false)},

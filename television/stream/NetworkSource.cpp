@@ -7,6 +7,7 @@
 #include <chrono>
 
 #include "television/stream/PipelineError.h"
+#include "television/stream/ReceiverElement.h"
 
 namespace television {
 namespace {
@@ -14,24 +15,13 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kPatience = std::chrono::seconds(5);
+constexpr auto kTuningPatience = std::chrono::seconds(15);  // of a card, which first looks for the signal
 constexpr GstClockTime kPullTime = 50 * GST_MSECOND;
-
-GstElement* MakeReceiver(const std::string& url, bool udp) {
-    GstElement* source = gst_element_factory_make(udp ? "udpsrc" : "souphttpsrc", nullptr);
-    if (!source) return nullptr;
-    if (!udp) {
-        g_object_set(source, "location", url.c_str(), nullptr);
-        return source;
-    }
-    GstCaps* caps = gst_caps_from_string("video/mpegts,systemstream=(boolean)true,packetsize=188");
-    g_object_set(source, "uri", url.c_str(), "caps", caps, "buffer-size", 2 << 20, nullptr);
-    gst_caps_unref(caps);
-    return source;
-}
 
 }  // namespace
 
-NetworkSource::NetworkSource(std::string url) : m_url(std::move(url)), m_udp(m_url.starts_with("udp:")) {}
+NetworkSource::NetworkSource(std::string url)
+    : m_url(std::move(url)), m_card(m_url.starts_with("dvb:")), m_live(m_card || m_url.starts_with("udp:")) {}
 
 NetworkSource::~NetworkSource() { Close(); }
 
@@ -42,19 +32,19 @@ void NetworkSource::Close() {
     m_pipeline = m_sink = nullptr;
 }
 
-bool NetworkSource::Build() {
+std::optional<std::string> NetworkSource::Build() {
+    std::string error;
+    GstElement* source = MakeReceiverElement(m_url, error);
+    if (!source) return error;
     m_pipeline = gst_pipeline_new(nullptr);
-    GstElement* source = MakeReceiver(m_url, m_udp);
+    gst_bin_add(GST_BIN(m_pipeline), source);
     m_sink = gst_element_factory_make("appsink", nullptr);
-    if (!source || !m_sink) {
-        for (GstElement* element : {source, m_sink})
-            if (element) gst_object_unref(gst_object_ref_sink(element));
-        return false;
-    }
+    if (!m_sink) return "\"" + m_url + "\" cannot be received: GStreamer's plug-ins \"base\" are missing; install them.";
     // What a network delivers too early waits in the socket; what is not fetched from UDP in time is lost there anyway.
     g_object_set(m_sink, "sync", FALSE, "max-buffers", 256u, nullptr);
-    gst_bin_add_many(GST_BIN(m_pipeline), source, m_sink, nullptr);
-    return gst_element_link(source, m_sink);
+    gst_bin_add(GST_BIN(m_pipeline), m_sink);
+    gst_element_link(source, m_sink);
+    return std::nullopt;
 }
 
 std::string NetworkSource::Complaint() { return m_pipeline ? TakeError(m_pipeline) : ""; }
@@ -63,19 +53,21 @@ std::optional<std::string> NetworkSource::Open() {
     Close();
     m_aligner.Reset();
     m_first.clear();
-    if (!Build())
-        return "\"" + m_url + "\" cannot be received: GStreamer's plug-ins \"good\" are missing; install them.";
+    if (auto fault = Build()) return fault;
     gst_element_set_state(m_pipeline, GST_STATE_PLAYING);
-    const auto end = Clock::now() + kPatience;
+    const char* const remedy = m_card ? "check the card and its driver" : "check the address";
+    const auto patience = m_card ? kTuningPatience : kPatience;
+    const auto end = Clock::now() + patience;
     while (m_first.empty() && Clock::now() < end && !m_cancelled) {
         const Result result = Pull(m_first);
         if (const std::string complaint = Complaint(); !complaint.empty())
-            return "\"" + m_url + "\" does not load (" + complaint + "): check the address.";
+            return "\"" + m_url + "\" does not load (" + complaint + "): " + remedy + ".";
         if (result == Result::End && m_first.empty())
             return "\"" + m_url + "\" holds no MPEG transport stream: check the address.";
     }
     if (m_first.empty())
-        return "No transport stream came from \"" + m_url + "\" within 5 seconds: check the address and the sender.";
+        return "No transport stream came from \"" + m_url + "\" within " + std::to_string(patience.count()) +
+               " seconds: " + remedy + " and the sender.";
     return std::nullopt;
 }
 

@@ -1,4 +1,4 @@
-// A transport stream from the network: UDP as it comes, HTTP as fast as it is read.
+// A transport stream from the network or a card: UDP and cards as it comes, HTTP as fast as it is read.
 #pragma once
 
 #include <atomic>
@@ -18,18 +18,18 @@ public:
     ~NetworkSource() override;
     std::optional<std::string> Open() override;
     Result Read(std::vector<std::uint8_t>& packets) override;
-    bool NeedsPacing() const override { return !m_udp; }
+    bool NeedsPacing() const override { return !m_live; }
     void Cancel() override { m_cancelled = true; }
 
 private:
-    bool Build();
+    std::optional<std::string> Build();
     void Close();
     Result Pull(std::vector<std::uint8_t>& packets);
     // What the elements complained of; empty when nothing.
     std::string Complaint();
 
     std::string m_url;
-    bool m_udp;
+    bool m_card, m_live;
     std::atomic<bool> m_cancelled = false;
     GstElement* m_pipeline = nullptr;
     GstElement* m_sink = nullptr;

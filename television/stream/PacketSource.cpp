@@ -11,8 +11,9 @@ std::unique_ptr<PacketSource> MakeSource(const std::string& stream, std::string&
     const std::string scheme = colon == std::string::npos ? "" : stream.substr(0, colon);
     if (scheme.empty()) return std::make_unique<FileSource>(stream);
     if (scheme == "file") return std::make_unique<FileSource>(stream.substr(colon + 3));
-    if (scheme == "udp" || scheme == "http" || scheme == "https") return std::make_unique<NetworkSource>(stream);
-    error = "\"" + scheme + "://\" cannot be received: give a file or a udp://, http:// or https:// address.";
+    for (const char* received : {"udp", "http", "https", "dvb"})
+        if (scheme == received) return std::make_unique<NetworkSource>(stream);
+    error = "\"" + scheme + "://\" cannot be received: give a file or a udp://, http://, https:// or dvb:// address.";
     return nullptr;
 }
 

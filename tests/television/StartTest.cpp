@@ -61,9 +61,21 @@ TEST_F(StartTest, RefusesASchemeThatItDoesNotKnow) {
     EXPECT_TRUE(Contains(Refusal("gopher://host/stream"), "\"gopher://\" cannot be received"));
 }
 
-TEST_F(StartTest, RefusesACard) {
-    EXPECT_EQ(Refusal("dvb://adapter0"),
-              "\"dvb://\" cannot be received: give a file or a udp://, http:// or https:// address.");
+TEST_F(StartTest, SaysThatACardIsNotThere) {
+    const std::string refusal = Refusal("dvb://16.3?frequency=506000000&delsys=dvb-t2&bandwidth-hz=8000000");
+    EXPECT_TRUE(Contains(refusal, "(Device \"/dev/dvb/adapter16/frontend3\" does not exist)")) << refusal;
+    EXPECT_TRUE(Contains(refusal, "check the card and its driver")) << refusal;
+}
+
+TEST_F(StartTest, SaysWhatIsWrongWithACardsAddress) {
+    EXPECT_TRUE(Contains(Refusal("dvb://first?frequency=1"), "a card is its number"));
+    EXPECT_TRUE(Contains(Refusal("dvb://0.x?frequency=1"), "a card is its number"));
+    EXPECT_TRUE(Contains(Refusal("dvb://0?delsys=dvb-t2"), "the frequency is missing"));
+    EXPECT_TRUE(Contains(Refusal("dvb://0"), "the frequency is missing"));
+    EXPECT_TRUE(Contains(Refusal("dvb://0?freq=1"), "no \"freq\" with the value \"1\""));
+    EXPECT_TRUE(Contains(Refusal("dvb://0?frequency=high"), "no \"frequency\" with the value \"high\""));
+    EXPECT_TRUE(Contains(Refusal("dvb://0?frequency=1&delsys=dvb-x"), "no \"delsys\" with the value \"dvb-x\""));
+    EXPECT_TRUE(Contains(Refusal("dvb://0?frequency=1&name=card"), "no \"name\""));
 }
 
 TEST_F(StartTest, SaysThatAnAddressDoesNotLoad) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <utility>
 
 #include "television/Log.h"
 #include "television/events/Download.h"
@@ -96,6 +97,10 @@ void StreamEvents::StreamChanged() {
 
 void StreamEvents::FollowStream() {
     const Route route = m_around.route();
+    {
+        std::lock_guard lock(m_listeningMutex);
+        m_clockPid = route.clockPid;
+    }
     std::lock_guard lock(m_mutex);
     EndFaulty([&](Subscription& subscription) { return Follow(subscription, route); });
     ListenNoLongerInVain();
@@ -178,6 +183,7 @@ void StreamEvents::PacketsReceived(std::span<const std::uint8_t> packets) {
     std::lock_guard lock(m_listeningMutex);
     if (m_listening.empty() && m_carousels.empty()) return;
     for (std::size_t at = 0; at < packets.size(); at += kPacketSize) {
+        HearClock(packets.data() + at);
         HearEvents(packets.data() + at);
         HearCarousels(packets.data() + at);
     }
@@ -191,13 +197,32 @@ void StreamEvents::HearEvents(const std::uint8_t* packet) {
     const std::uint16_t pid = PidOf(packet);
     const auto listening = m_listening.find(pid);
     if (listening == m_listening.end()) return;
-    listening->second.collector.Push(packet, [&](const Section& section) {
-        auto events = EventsIn(section);
-        if (events.empty() || !listening->second.versions.IsNew(section)) return;
-        m_lastEvent = TaskQueue::Clock::now();
-        m_telling.Post([=, this, events = std::move(events)] {
-            for (const StreamEvent& event : events) Announce(pid, event);
-        });
+    listening->second.collector.Push(packet,
+                                     [&](const Section& section) { TakeEvents(pid, listening->second, section); });
+}
+
+void StreamEvents::TakeEvents(std::uint16_t pid, Listening& listening, const Section& section) {
+    if (const auto reference = ReferenceIn(section)) listening.timed.SetReference(*reference);
+    auto timed = TimedEventsIn(section);
+    auto events = EventsIn(section);
+    if ((timed.empty() && events.empty()) || !listening.versions.IsNew(section)) return;
+    if (timed.empty()) return Tell(pid, std::move(events));
+    listening.timed.Plan(section, std::move(timed));
+    if (!listening.timed.HasReference() && !std::exchange(listening.toldOfNoReference, true))
+        Log("Stream events on PID " + std::to_string(pid) + " are timed by NPT: they wait for an NPT reference there.");
+}
+
+void StreamEvents::HearClock(const std::uint8_t* packet) {
+    const auto clock = PidOf(packet) == m_clockPid ? ClockOf(packet) : std::nullopt;
+    if (!clock) return;
+    for (auto& [pid, listening] : m_listening)
+        if (auto due = listening.timed.DueBy(*clock / 300); !due.empty()) Tell(pid, std::move(due));
+}
+
+void StreamEvents::Tell(std::uint16_t pid, std::vector<StreamEvent> events) {
+    m_lastEvent = TaskQueue::Clock::now();
+    m_telling.Post([=, this, events = std::move(events)] {
+        for (const StreamEvent& event : events) Announce(pid, event);
     });
 }
 

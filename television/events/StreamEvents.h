@@ -18,6 +18,7 @@
 #include "television/events/EventDeclaration.h"
 #include "television/events/ObjectCarousel.h"
 #include "television/events/StreamEventSection.h"
+#include "television/events/TimedEvents.h"
 #include "television/stream/TransportPacket.h"
 
 namespace television {
@@ -59,8 +60,9 @@ private:
     struct Listening {
         SectionCollector collector;
         EventVersions versions;
+        TimedEvents timed;
+        bool toldOfNoReference = false;
     };
-
     struct CarouselReading {
         std::uint16_t pid;  // on which it begins
         ObjectCarousel carousel;
@@ -89,6 +91,9 @@ private:
 
     // Under m_listeningMutex.
     void HearEvents(const std::uint8_t* packet);
+    void HearClock(const std::uint8_t* packet);
+    void TakeEvents(std::uint16_t pid, Listening& listening, const Section& section);
+    void Tell(std::uint16_t pid, std::vector<StreamEvent> events);
     void HearCarousels(const std::uint8_t* packet);
     void TakeSection(const std::string& url, CarouselReading& reading, std::uint16_t pid, const Section& section);
     void FollowAssociations(CarouselReading& reading);
@@ -98,6 +103,7 @@ private:
     std::map<unsigned long, Subscription> m_subscriptions;
 
     std::mutex m_listeningMutex;                         // taken after the other
+    std::uint16_t m_clockPid = kNullPid;                 // of the selected service
     std::map<std::uint16_t, Listening> m_listening;      // by PID
     std::map<std::string, CarouselReading> m_carousels;  // by the target's address
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "television/events/NptReference.h"
+
 namespace television {
 namespace {
 
@@ -27,6 +29,7 @@ void Restamper::Next(std::uint8_t* packet) {
         if (times.decoding) times.decoding = Wrapped(*times.decoding + m_shift / 300, kTimeWrap);
         SetTimes(packet, times);
     }
+    if (m_shift != 0) ShiftReference(packet, m_shift / 300);
     RestampCounter(packet, m_counters[pid]);
 }
 

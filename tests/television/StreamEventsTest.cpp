@@ -173,6 +173,36 @@ TEST_F(StreamEventsTest, AreHeardOnceForEachVersion) {
     m_deliveries.Expect({Trigger(job, 1, "goal", "v31"), Trigger(job, 1, "goal", "v0"), Trigger(job, 1, "goal", "v1")});
 }
 
+TEST_F(StreamEventsTest, ThatAreTimedAreHeardWhenTheStreamSaysSo) {
+    Route route = Ready(1, {{kTag, kPid}});
+    route.clockPid = 0x101;
+    Follow(route);
+    const auto job = m_events.Subscribe(m_url, "goal");
+    ASSERT_TRUE(WaitForListening(1));
+    const auto send = [&](unsigned extension, const Bytes& body) {
+        Packets packets;
+        Packetize(demonstration::MakeSection({kStreamDescriptorTable, extension}, body), kPid, m_continuity[kPid],
+                  packets);
+        m_events.PacketsReceived(packets);
+    };
+    const auto clock = [&](std::uint32_t time) {
+        m_events.PacketsReceived(MakePacket({.pid = 0x101, .clock = std::int64_t{time} * 300}));
+    };
+    clock(1000);
+    for (int i = 0; i < 2; ++i)
+        send(0x8001, Bytes().PutDescriptor(kStreamEventTag, Bytes().Put16(1).Put32(0).Put32(5500).Put("timed")));
+    ASSERT_TRUE(WaitForLines(1, "timed by NPT: they wait for an NPT reference"));
+    Bytes reference;
+    reference.Put8(0).Put8(0).Put32(1000).Put32(0).Put32(5000).Put16(1).Put16(1);
+    send(0x4000, Bytes().PutDescriptor(0x17, reference));
+    clock(1499);
+    Send(1, "now");
+    m_deliveries.Expect({Trigger(job, 1, "goal", "now")});
+    clock(1500);
+    clock(1501);
+    m_deliveries.Expect({Trigger(job, 1, "goal", "now"), Trigger(job, 1, "goal", "timed")});
+}
+
 TEST_F(StreamEventsTest, OfATargetThatIsNotThereAreAnError) {
     for (const std::string& url :
          std::vector<std::string>{m_server.Url("/missing.xml"), m_server.Url("/page.html"), m_server.Url("/large.xml"),

@@ -227,9 +227,8 @@ TEST(EventDeclarations, OfAnotherNamespaceOrOfNoneAreRefused) {
                              "stream_event_name=\"n\"/></dsmcc_object></dsmcc>";
     const auto other = ReadEventDeclaration("<dsmcc xmlns=\"urn:dvb:dsmcc:2009\">" + rest);
     EXPECT_TRUE(other.events.empty());
-    EXPECT_EQ(other.fault,
-              "its <dsmcc> is in the namespace \"urn:dvb:dsmcc:2009\"; it must begin with "
-              "<dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\">");
+    EXPECT_EQ(other.fault, "its <dsmcc> is in the namespace \"urn:dvb:dsmcc:2009\"; it must begin with "
+                           "<dsmcc xmlns=\"urn:dvb:mis:dsmcc:2009\">");
     const auto none = ReadEventDeclaration("<dsmcc>" + rest);
     EXPECT_TRUE(none.events.empty());
     EXPECT_EQ(none.fault,

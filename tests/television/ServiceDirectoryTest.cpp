@@ -103,6 +103,13 @@ TEST_F(ServiceDirectoryTest, RemembersAServiceThatIsGoneUnderItsIdAndFindsItAgai
     EXPECT_EQ(m_directory.RouteTo(two).state, Route::State::MapMissing);
 }
 
+TEST_F(ServiceDirectoryTest, LeadsToTheStreamsThatCarouselsNameByAssociationTags) {
+    Tables tables = m_stream.Write({{7, "One", 1}});
+    tables.maps[7] = {0x101, {}, {{0x0b, 0x105, {{kAssociationTag, {0x12, 0x34}}}}}};
+    m_directory.Update(tables);
+    EXPECT_EQ(m_directory.RouteTo(IdOf("One")).AssociatedPid(0x1234), 0x105);
+}
+
 TEST_F(ServiceDirectoryTest, ListsTelevisionRadioAndDataInTheOrderOfTheTablesWhereTheyHaveNoNumbers) {
     m_directory.Update(m_stream.Write({{9, "Data", 0, 0x0c}, {7, "Vision", 0, 0x19}, {8, "Wave", 0, 0x0a}}));
     EXPECT_EQ(List(), "0 Data, 0 Vision, 0 Wave");

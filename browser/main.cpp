@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "browser/EventLog.h"
+#include "browser/Memory.h"
 #include "browser/Options.h"
 #include "browser/Session.h"
 #include "browser/host/Display.h"
@@ -59,5 +60,6 @@ int main(int argc, char** argv) {
         browser::PrintError(error->sentence);
         return kWrongUsage;
     }
+    browser::ShareMemoryAmongThreads();
     return RunSession(argv, std::get<browser::Options>(read));
 }

@@ -22,7 +22,7 @@ public:
     // A page has bound its object: if it may not have the screen, it must know.
     void PageBound();
 
-    // A recording that a page must not disturb. False when it is so already.
+    // A recording, which keeps the receiver. False when it is so already.
     bool SetRecording(bool recording) { return m_records.exchange(recording) != recording; }
     bool IsRecording() const { return m_records; }
 

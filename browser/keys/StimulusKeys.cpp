@@ -6,7 +6,7 @@ const std::vector<StimulusKey>& StimulusKeys() {
     static const std::vector<StimulusKey> s_keys{
         {Qt::Key_F2, "F2", "aerial out, in", {"aerial out", "aerial in"}},
         {Qt::Key_F3, "F3", "media player on the same screen", {"mediaplayer start", "mediaplayer stop"}},
-        {Qt::Key_F4, "F4", "recording that no page may disturb", {"recorder start", "recorder stop"}},
+        {Qt::Key_F4, "F4", "recording: the channel cannot be changed", {"recorder start", "recorder stop"}},
         {Qt::Key_F9, "F9", "aspect ratio", {"aspect 4:3", "aspect 16:9", "aspect auto"}},
         {Qt::Key_F10, "F10", "stream event of the demonstration", {"stream-event Hello from the sofa"}},
     };

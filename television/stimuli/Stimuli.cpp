@@ -111,7 +111,7 @@ constexpr std::array kStimuli{
     Stimulus{"volume", "0-100|up|down", "make the sound louder or softer, for pages too", Volume},
     Stimulus{"mute", "on|off", "silence the sound, or let it be heard again", Mute},
     Stimulus{"mediaplayer", "start|stop", "give the screen to a media player, or back to the broadcast", MediaPlayer},
-    Stimulus{"recorder", "start|stop", "begin or end a recording that no page may disturb", Recorder},
+    Stimulus{"recorder", "start|stop", "begin or end a recording; meanwhile the channel cannot be changed", Recorder},
     Stimulus{"aspect", "4:3|16:9|auto", "show pictures with another aspect ratio, or with their own", Aspect},
     Stimulus{"stream-event", "TEXT", "let the demonstration send its stream event \"message\" with a text", StreamEvent},
     Stimulus{"lock", "AGE|off", "block programmes rated above this age, or none", Lock},

@@ -121,11 +121,14 @@ protected:
     bool WaitForPicture(Shown shown) {
         return m_watch.WaitFor([&] { return What(m_set->TheScreen().CurrentPicture().get()) == shown; });
     }
+    // Ends when the presentation knows of it, so that what the test does next comes next there, too.
     void NextMinute() {
+        const auto changes = m_listener.Count("ProgrammeChanged");
         const auto start = m_set->Directory().Programmes(m_one).at(0).startTime;
         m_wallClock += 60;
         ASSERT_TRUE(m_watch.WaitFor([&] { return m_set->Directory().Programmes(m_one).at(0).startTime > start; }));
         ASSERT_TRUE(m_watch.WaitFor([&] { return m_set->Directory().Programmes(m_boreal).at(0).startTime > start; }));
+        ASSERT_TRUE(m_watch.WaitFor([&] { return m_listener.Count("ProgrammeChanged") > changes; }));
     }
     std::string Blocked(unsigned int id) const { return "Blocked " + std::to_string(id); }
     std::string WhilePresenting(unsigned int id) const { return Blocked(id) + " while presenting"; }
@@ -145,6 +148,7 @@ TEST_F(LockedTelevision, BlocksATuneAndIsOpenedByThePin) {
     NextMinute();
     m_set->SetLock(10);
     ASSERT_TRUE(m_listener.WaitFor(WhilePresenting(m_one)));
+    ASSERT_TRUE(m_watch.WaitFor([&] { return m_listener.Count("Rating 9") == 2; })) << "as it began, as it was blocked";
     m_listener.Clear();
     EXPECT_TRUE(m_set->ThePresentation().SelectByPage(m_boreal));
     ASSERT_TRUE(m_listener.WaitFor(Blocked(m_boreal)));

@@ -1,8 +1,10 @@
 // A listener that keeps what it is told, in order, and can be waited for.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -74,6 +76,11 @@ public:
     std::vector<std::string> Aside() const {
         std::lock_guard lock(m_mutex);
         return m_aside;
+    }
+    // How often it was told, aside or not.
+    std::ptrdiff_t Count(const std::string& call) const {
+        std::lock_guard lock(m_mutex);
+        return std::count(m_told.begin(), m_told.end(), call) + std::count(m_aside.begin(), m_aside.end(), call);
     }
     std::thread::id Thread() const {
         std::lock_guard lock(m_mutex);

@@ -75,20 +75,20 @@ private:
 
 }  // namespace
 
-Download Load(const std::string& url, const std::function<bool()>& wanted) {
-    if (!IsLoadable(url)) return {"", "its address begins with none of http://, https:// and file://"};
+std::optional<Download> Load(const std::string& url, const std::function<bool()>& wanted) {
+    if (!IsLoadable(url)) return Download{"", "its address begins with none of http://, https:// and file://"};
     Loading loading;
-    if (!loading.Begin(url)) return {"", "GStreamer's plug-ins \"good\" are missing, or the address is wrong"};
+    if (!loading.Begin(url)) return Download{"", "GStreamer's plug-ins \"good\" are missing, or the address is wrong"};
     const auto end = Clock::now() + kPatience;
     std::string content;
     while (wanted()) {
         const bool more = loading.Read(content);
-        if (const std::string fault = loading.Fault(); !fault.empty()) return {"", "it does not load: " + fault};
-        if (content.size() > kLargestDocument) return {"", "it is too large"};
-        if (!more) return {std::move(content), ""};
-        if (Clock::now() > end) return {"", "it did not come within ten seconds"};
+        if (const std::string fault = loading.Fault(); !fault.empty()) return Download{"", "it does not load: " + fault};
+        if (content.size() > kLargestDocument) return Download{"", "it is too large"};
+        if (!more) return Download{std::move(content), ""};
+        if (Clock::now() > end) return Download{"", "it did not come within ten seconds"};
     }
-    return {"", "nobody waits for it any more"};
+    return std::nullopt;
 }
 
 }  // namespace television

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace television {
@@ -12,7 +13,7 @@ struct Download {
 };
 
 // Loads an http, https or file URL, whose document may have 64 KiB and take ten seconds. `wanted` is asked from time to
-// time; once it answers false the download ends, with whatever fault.
-Download Load(const std::string& url, const std::function<bool()>& wanted);
+// time; once it answers false the download ends, and there is nothing to tell of it.
+std::optional<Download> Load(const std::string& url, const std::function<bool()>& wanted);
 
 }  // namespace television

@@ -61,9 +61,10 @@ bool StreamEvents::IsWanted(const std::string& url) {
 // One reading serves all subscriptions that were waiting for the target by its end.
 void StreamEvents::ReadTarget(const std::string& url) {
     if (!IsWanted(url)) return;
-    Download download = Load(url, [&] { return IsWanted(url); });
-    auto declaration = download.fault.empty() ? ReadEventDeclaration(download.content)
-                                              : EventDeclaration{{}, std::move(download.fault)};
+    auto download = Load(url, [&] { return IsWanted(url); });
+    if (!download) return;
+    auto declaration = download->fault.empty() ? ReadEventDeclaration(download->content)
+                                               : EventDeclaration{{}, std::move(download->fault)};
     m_telling.Post([=, this] { TargetRead(url, declaration); });
 }
 
@@ -87,6 +88,7 @@ void StreamEvents::TargetRead(const std::string& url, const EventDeclaration& de
             if (found) subscription.event = *found;
             return fault;
         });
+        ListenNoLongerInVain();
     }
     FollowStream();
 }
@@ -131,7 +133,7 @@ std::string StreamEvents::FindStream(Subscription& subscription, int componentTa
 void StreamEvents::ReadCarousel(const Subscription& subscription, std::uint16_t pid, const Route& route) {
     std::lock_guard lock(m_listeningMutex);
     const auto reading = m_carousels.find(subscription.url);
-    if (reading != m_carousels.end() && reading->second.pid == pid && !reading->second.ended) {
+    if (reading != m_carousels.end() && reading->second.pid == pid) {
         reading->second.route = route;
         return;
     }

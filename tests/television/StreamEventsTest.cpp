@@ -1,17 +1,15 @@
-// Subscriptions to stream events: over streams made for a test, and over the demonstration as the plug-in does it.
+// Subscriptions to stream events, over streams made for a test.
 #include "television/events/StreamEvents.h"
 
 #include <gst/gst.h>
 
 #include <algorithm>
-#include <atomic>
 
 #include "television/Log.h"
-#include "television/demonstration/MessageEvents.h"
 #include "television/demonstration/SectionWriter.h"
 #include "tests/television/CarouselWriter.h"
+#include "tests/television/Deliveries.h"
 #include "tests/television/Packets.h"
-#include "tests/television/TelevisionTest.h"
 #include "tests/television/WebServer.h"
 
 namespace television::test {
@@ -19,7 +17,6 @@ namespace {
 
 using demonstration::Bytes;
 using demonstration::Packetize;
-using Told = std::vector<std::string>;
 
 constexpr std::uint16_t kPid = 0x104, kOtherPid = 0x105, kListPid = 0x106, kBlocksPid = 0x107;
 constexpr int kTag = 10;
@@ -29,46 +26,6 @@ std::string Declaration(int tag) {
            "\"><stream_event stream_event_id=\"1\" stream_event_name=\"goal\"/>"
            "<stream_event stream_event_id=\"2\" stream_event_name=\"end\"/></dsmcc_object></dsmcc>";
 }
-
-// What was delivered, as lines: "7 trigger 1 goal payload".
-class Deliveries {
-public:
-    explicit Deliveries(Watch& watch) : m_watch(watch) {}
-    void Add(const CDSMCCStreamEventData& event) {
-        const std::string status = event.status == CDSMCCStreamEventData::E_STATUS_TRIGGER ? " trigger " : " error ";
-        {
-            std::lock_guard lock(m_mutex);
-            m_told.push_back(std::to_string(event.jobId) + status + std::to_string(event.eventId) + " " + event.name +
-                             " " + std::string(event.data.begin(), event.data.end()));
-            m_thread = std::this_thread::get_id();
-        }
-        m_watch.Notify();
-    }
-    Told All() const {
-        std::lock_guard lock(m_mutex);
-        return m_told;
-    }
-    std::thread::id Thread() const {
-        std::lock_guard lock(m_mutex);
-        return m_thread;
-    }
-    // Waits for as many as are expected and compares them all.
-    void Expect(const Told& told) {
-        EXPECT_TRUE(m_watch.WaitFor([&] { return All().size() >= told.size(); })) << All().size();
-        EXPECT_EQ(All(), told);
-    }
-
-private:
-    Watch& m_watch;
-    mutable std::mutex m_mutex;
-    Told m_told;
-    std::thread::id m_thread;
-};
-
-std::string Trigger(unsigned long job, int id, const std::string& name, const std::string& data) {
-    return std::to_string(job) + " trigger " + std::to_string(id) + " " + name + " " + data;
-}
-std::string Error(unsigned long job, const std::string& name) { return std::to_string(job) + " error 0 " + name + " "; }
 
 class StreamEventsTest : public testing::Test {
 protected:
@@ -101,12 +58,13 @@ protected:
         route.taggedPids = std::move(taggedPids);
         return route;
     }
+    long CountLines(const std::string& part) {
+        std::lock_guard lock(m_mutex);
+        return std::count_if(m_lines.begin(), m_lines.end(),
+                             [&](const std::string& line) { return line.find(part) != line.npos; });
+    }
     bool WaitForLines(long count, const std::string& part) {
-        return m_watch.WaitFor([&] {
-            std::lock_guard lock(m_mutex);
-            return count <= std::count_if(m_lines.begin(), m_lines.end(),
-                                          [&](const std::string& line) { return line.find(part) != line.npos; });
-        });
+        return m_watch.WaitFor([&] { return count <= CountLines(part); });
     }
     // Waits until so many subscriptions have found their stream, one after the other or again.
     bool WaitForListening(long count) { return WaitForLines(count, "is listened for on PID"); }
@@ -146,7 +104,9 @@ protected:
                         {"/large.xml", "<dsmcc>" + std::string(70'000, ' ') + "</dsmcc>"},
                         {"/page.html", "<html/>"}}};
     std::string m_url = m_server.Url("/events.xml");
+    std::mutex m_tellingMutex;  // who holds it keeps the thread that tells waiting for the route
     StreamEvents m_events{{[this] {
+                               { std::lock_guard telling(m_tellingMutex); }
                                std::lock_guard lock(m_mutex);
                                return m_route;
                            },
@@ -246,6 +206,22 @@ TEST_F(StreamEventsTest, WhoseTargetIsSlowDelayNobodyAfterUnsubscription) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "the download was waited for";
 }
 
+TEST_F(StreamEventsTest, ToATargetThatNobodyWantedMeanwhileAreWaitedForAgain) {
+    const std::string url = m_server.Url("/late.xml");
+    const auto unwanted = m_events.Subscribe(url, "goal");
+    m_server.WaitForRequests(1);
+    unsigned long other = 0;
+    {
+        std::lock_guard nothingIsTold(m_tellingMutex);
+        m_events.StreamChanged();
+        EXPECT_TRUE(m_events.Unsubscribe(unwanted));
+        other = m_events.Subscribe(m_server.Url("/page.html"), "goal");
+        m_server.WaitForRequests(2);
+        m_events.Subscribe(url, "goal");
+    }
+    m_deliveries.Expect({Error(other, "goal")});
+}
+
 TEST_F(StreamEventsTest, WaitForTheServicesMap) {
     Route route;
     route.state = Route::State::MapMissing;
@@ -320,6 +296,21 @@ TEST_F(StreamEventsTest, MayBeNamedByAnObjectInACarousel) {
     m_deliveries.Expect({Error(wrong, "Goal"), Trigger(job, 1, "goal", "x"), Trigger(later, 2, "end", "y")});
 }
 
+TEST_F(StreamEventsTest, SearchTheCarouselNoMoreOnceTheObjectIsFound) {
+    Follow(Ready(1, {{kTag, kPid}, {11, kOtherPid}}));
+    const auto job = m_events.Subscribe("dvb://1.1.1.b/folder/scores", "goal");
+    ASSERT_TRUE(WaitForLines(1, "is searched for"));
+    {
+        std::lock_guard nothingIsTold(m_tellingMutex);
+        m_events.StreamChanged();
+        SendCarousel();
+    }
+    ASSERT_TRUE(WaitForListening(1));
+    Send(1, "x");
+    m_deliveries.Expect({Trigger(job, 1, "goal", "x")});
+    EXPECT_EQ(CountLines("is searched for"), 1);
+}
+
 TEST_F(StreamEventsTest, MayBeNamedByACarouselThatIsSpreadOverStreams) {
     Route byComponentTags = Ready(1, {{kTag, kPid}, {11, kOtherPid}, {12, kListPid}, {13, kBlocksPid}});
     Route byAssociationTags = Ready(1, {{kTag, kPid}, {11, kOtherPid}, {12, 0x1000}});
@@ -373,105 +364,6 @@ TEST_F(StreamEventsTest, OfACarouselThatIsSilentAreAnErrorInTheEnd) {
     const auto job = impatient.Subscribe("dvb://1.1.1.a/folder/scores", "goal");
     m_deliveries.Expect({Error(job, "goal")});
     EXPECT_FALSE(impatient.Unsubscribe(job));
-}
-
-// The service as the plug-in uses it, over the demonstration.
-class DsmccTest : public TelevisionTest {
-protected:
-    void SetUp() override {
-        TelevisionTest::SetUp();
-        s_deliveries = &m_deliveries;
-        m_service.RegisterStreamEventCallback("test", Take);
-    }
-    void TearDown() override {
-        m_service.UnregisterStreamEventCallback();
-        TelevisionTest::TearDown();
-    }
-    static void Take(CDSMCCStreamEventData* event) {
-        s_deliveries->Add(*event);
-        delete event;
-    }
-    unsigned long Subscribe(const std::string& name) {
-        return m_service.SubscribeStreamEvent("file://" DEMONSTRATION_PAGE "/events.xml", name.c_str(), 0);
-    }
-
-    static inline Deliveries* s_deliveries = nullptr;
-    Deliveries m_deliveries{m_watch};
-    IDSMCCProtocol& m_service = *DSMCCProtocol_GetInstance();
-};
-
-TEST_F(DsmccTest, HearsTheDemonstrationTickEachSecond) {
-    const auto job = Subscribe("tick");
-    ASSERT_NE(job, 0u);
-    ASSERT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().size() >= 3; }));
-    const Told told = m_deliveries.All();
-    const int first = std::stoi(told[0].substr(told[0].rfind(' ')));
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(told[static_cast<std::size_t>(i)], Trigger(job, 1, "tick", std::to_string((first + i) % 60)));
-    EXPECT_TRUE(m_service.UnsubscribeStreamEvent(job));
-    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(job));
-}
-
-TEST_F(DsmccTest, HearsAMessageOfTheDemonstrationOnceEachTimeThatItIsSent) {
-    auto& messages = demonstration::MessageEvents::Instance();
-    const auto job = Subscribe("message");
-    const auto tick = Subscribe("tick");
-    ASSERT_TRUE(m_watch.WaitFor([&] { return !m_deliveries.All().empty(); }));
-    EXPECT_TRUE(m_service.UnsubscribeStreamEvent(tick));
-    const auto before = m_deliveries.All().size();
-    for (const char* text : {"one", "two", "two"}) EXPECT_EQ(messages.Send(text), std::nullopt);
-    ASSERT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().size() >= before + 3; }));
-    Told told = m_deliveries.All();
-    told.erase(told.begin(), told.begin() + static_cast<std::ptrdiff_t>(before));
-    EXPECT_EQ(told, (Told{Trigger(job, 3, "message", "one"), Trigger(job, 3, "message", "two"),
-                          Trigger(job, 3, "message", "two")}));
-    EXPECT_NE(messages.Send(std::string(246, 'x')), std::nullopt);
-    m_television.Stop();
-    EXPECT_NE(messages.Send("one"), std::nullopt) << "no demonstration plays";
-}
-
-TEST_F(DsmccTest, EndsSubscriptionsInAnErrorWhenTheChannelChanges) {
-    const auto job = Subscribe("tick");
-    ASSERT_TRUE(m_watch.WaitFor([&] { return !m_deliveries.All().empty(); }));
-    ASSERT_EQ(m_television.ViewerSelects(IdOf("Atlas Two")), std::nullopt);
-    EXPECT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().back() == Error(job, "tick"); }));
-    const auto there = Subscribe("tick");
-    EXPECT_TRUE(m_watch.WaitFor([&] { return m_deliveries.All().back() == Error(there, "tick"); }));
-}
-
-TEST_F(DsmccTest, EndsSubscriptionsWithThePage) {
-    const auto job = Subscribe("tick");
-    m_television.PageClosed();
-    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(job));
-}
-
-TEST_F(DsmccTest, CallsTheCallbackUntilItsLastRegistrationIsGivenBack) {
-    m_service.RegisterStreamEventCallback("test", Take);
-    m_service.UnregisterStreamEventCallback();
-    const auto heard = Subscribe("nothing");
-    m_deliveries.Expect({Error(heard, "nothing")});
-    m_service.UnregisterStreamEventCallback();
-    m_service.UnregisterStreamEventCallback();
-    std::atomic<bool> failed = false;
-    SetLogSink([&](const std::string& line) {
-        failed = failed || line.find("cannot be had") != line.npos;
-        m_watch.Notify();
-    });
-    const auto unheard = Subscribe("nothing");
-    EXPECT_TRUE(m_watch.WaitFor([&] { return failed.load(); }));
-    SetLogSink({});
-    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(unheard));
-    m_service.RegisterStreamEventCallback("test", Take);
-    const auto next = Subscribe("nothing");
-    m_deliveries.Expect({Error(heard, "nothing"), Error(next, "nothing")});
-}
-
-TEST_F(DsmccTest, RefusesSubscriptionsWithoutATargetOrATelevision) {
-    EXPECT_EQ(m_service.SubscribeStreamEvent(nullptr, "tick", 0), 0u);
-    EXPECT_EQ(m_service.SubscribeStreamEvent("file:///x", nullptr, 0), 0u);
-    m_television.Stop();
-    EXPECT_EQ(Subscribe("tick"), 0u);
-    EXPECT_FALSE(m_service.UnsubscribeStreamEvent(1));
 }
 
 }  // namespace

@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <condition_variable>
 #include <map>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -38,6 +40,11 @@ public:
 
     std::string Url(const std::string& path) const { return "http://127.0.0.1:" + std::to_string(m_port) + path; }
 
+    void WaitForRequests(int count) {
+        std::unique_lock lock(m_mutex);
+        m_requested.wait(lock, [&] { return m_requests >= count; });
+    }
+
 private:
     void Run() {
         for (int client; (client = accept(m_socket, nullptr, nullptr)) >= 0;)
@@ -50,6 +57,11 @@ private:
     bool Answer(int client) {
         std::string request(4096, 0);
         request.resize(static_cast<std::size_t>(std::max<ssize_t>(0, recv(client, request.data(), request.size(), 0))));
+        {
+            std::lock_guard lock(m_mutex);
+            ++m_requests;
+        }
+        m_requested.notify_all();
         const auto begin = request.find(' ') + 1;
         const auto document = m_documents.find(request.substr(begin, request.find(' ', begin) - begin));
         if (document != m_documents.end() && document->second.empty()) return false;
@@ -66,6 +78,9 @@ private:
     int m_socket;
     unsigned m_port = 0;
     std::vector<int> m_waiting;
+    std::mutex m_mutex;
+    std::condition_variable m_requested;
+    int m_requests = 0;
     std::thread m_thread;
 };
 

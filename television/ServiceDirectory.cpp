@@ -22,6 +22,14 @@ bool SameElementaryStream(const Component& a, const Component& b) {
     return a.type == b.type && a.pid == b.pid && a.streamType == b.streamType && a.encoding == b.encoding;
 }
 
+// One table loses a service before another does, and meanwhile it is what it was.
+void KeepDescription(const Service& before, Service& service) {
+    if (service.described || !before.described) return;
+    std::tie(service.type, service.hd, service.name, service.provider) =
+        std::tie(before.type, before.hd, before.name, before.provider);
+    service.described = true;
+}
+
 bool IsZapped(const Service& service) { return !service.hidden && service.type != ServiceType::Other; }
 
 }  // namespace
@@ -45,7 +53,10 @@ bool ServiceDirectory::Update(const Tables& tables, std::size_t multiplex) {
     m_tables[multiplex] = std::make_shared<Tables>(tables);
     const auto before = std::move(m_listing.services);
     m_listing = ListServices(m_tables, m_ids);
-    for (const Service& service : m_listing.services) m_known[service.id] = service;
+    for (Service& service : m_listing.services) {
+        KeepDescription(m_known[service.id], service);
+        m_known[service.id] = service;
+    }
     return !std::equal(before.begin(), before.end(), m_listing.services.begin(), m_listing.services.end(), SameService);
 }
 

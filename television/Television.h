@@ -40,6 +40,7 @@ struct Service {
     std::string provider;  // UTF-8
     std::string dsd;       // the delivery system descriptor's bytes, tag and length included; empty when unknown
     bool hd = false;
+    bool described = false;  // by the SDT; else type, name, provider and hd are what it said last, or made up
     bool scrambled = false;
     bool hidden = false;
     bool locked = false;  // by the parental lock, because of the present programme

@@ -56,6 +56,7 @@ bool IsHd(std::uint8_t serviceType) { return serviceType == 0x11 || (serviceType
 
 void ReadServiceDescriptor(const Descriptor& descriptor, Service& service) {
     if (descriptor.data.empty()) return;
+    service.described = true;
     service.type = TypeOf(descriptor.data[0]);
     service.hd = IsHd(descriptor.data[0]);
     std::size_t at = 1;

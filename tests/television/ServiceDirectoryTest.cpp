@@ -103,6 +103,21 @@ TEST_F(ServiceDirectoryTest, RemembersAServiceThatIsGoneUnderItsIdAndFindsItAgai
     EXPECT_EQ(m_directory.RouteTo(two).state, Route::State::MapMissing);
 }
 
+TEST_F(ServiceDirectoryTest, KeepsTheDescriptionOfAServiceUntilNoTableHasIt) {
+    Tables tables = m_stream.Write({{7, "One", 1}, {8, "Wave", 2, 0x0a}});
+    m_directory.Update(tables);
+    const unsigned int wave = IdOf("Wave");
+    tables.description->services.pop_back();
+    m_directory.Update(tables);
+    EXPECT_EQ(List(), "1 One, 2 Wave");
+    EXPECT_EQ(m_directory.Find(wave)->type, ServiceType::Radio);
+    EXPECT_EQ(m_directory.Find(wave)->provider, "Provider");
+    tables.association->services.pop_back();
+    EXPECT_TRUE(m_directory.Update(tables));
+    EXPECT_EQ(List(), "1 One");
+    EXPECT_EQ(m_directory.Describe(wave)->name, "Wave");
+}
+
 TEST_F(ServiceDirectoryTest, LeadsToTheStreamsThatCarouselsNameByAssociationTags) {
     Tables tables = m_stream.Write({{7, "One", 1}});
     tables.maps[7] = {0x101, {}, {{0x0b, 0x105, {{kAssociationTag, {0x12, 0x34}}}}}};

@@ -1,6 +1,8 @@
-// Descriptors of each table, past the sections that bring them: components, services, channel numbers, programmes.
+// Descriptors of each table, past the sections that bring them: components, services, channel numbers, programmes,
+// associations of a carousel's streams.
 #include <algorithm>
 
+#include "television/tables/Associations.h"
 #include "television/tables/Components.h"
 #include "television/tables/DeliverySystem.h"
 #include "television/tables/ProgrammeList.h"
@@ -76,11 +78,17 @@ void ReadProgrammes(const Tables& tables, const Service& service) {
     }
 }
 
+void ReadAssociations(const Tables& tables) {
+    for (const auto& [tag, pid] : ListAssociations(tables, kSid))
+        Demand(pid == kPid, "an association leads to a stream of the service");
+}
+
 }  // namespace
 
 void Fuzz(std::span<const std::uint8_t> input) {
     const Tables tables = Build(Split(input));
     ReadComponents(tables.maps.at(kSid));
+    ReadAssociations(tables);
     ServiceIds ids;
     const auto services = ListServices(tables, ids);
     Demand(services.size() == 1, "the one service is listed");

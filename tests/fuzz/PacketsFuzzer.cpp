@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "television/stream/RandomAccess.h"
+#include "television/stream/Renumbering.h"
 #include "television/stream/ScramblingWatch.h"
 #include "television/stream/StreamClock.h"
 #include "television/stream/StreamTypes.h"
@@ -43,12 +44,35 @@ void LookInto(const std::uint8_t* packet) {
     DemandTimesCanBeSet(packet);
 }
 
+// Numbers the packets of the first one's PID anew.
+class Numbering {
+public:
+    void Push(const std::uint8_t* packet) {
+        if (!m_pid) m_pid = PidOf(packet);
+        Copy copy;
+        std::copy_n(packet, kPacketSize, copy.begin());
+        m_renumbering.Apply(*m_pid, copy);
+        if (PidOf(packet) != *m_pid)
+            return Demand(std::equal(copy.begin(), copy.end(), packet), "packets of other PIDs stay as they are");
+        const std::uint8_t number = ContinuityOf(copy.data());
+        Demand(!m_last || number == *m_last || (HasPayload(packet) && number == ((*m_last + 1) & 0x0f)),
+               "numbers have no gap");
+        m_last = number;
+    }
+
+private:
+    Renumbering m_renumbering;
+    std::optional<std::uint16_t> m_pid;
+    std::optional<std::uint8_t> m_last;
+};
+
 }  // namespace
 
 void Fuzz(std::span<const std::uint8_t> input) {
     TableReader reader([](const Tables&) {});
     SectionCollector collector;
     StreamClock clock;
+    Numbering numbering;
     const auto watch = std::make_unique<ScramblingWatch>();
     ForEachPacket(input, [&](const std::uint8_t* packet) {
         LookInto(packet);
@@ -56,6 +80,7 @@ void Fuzz(std::span<const std::uint8_t> input) {
         collector.Push(packet, [](const Section& section) {
             Demand(section.body.size() <= 4096, "a section has no more than 4 KiB");
         });
+        numbering.Push(packet);
         watch->Push(packet);
         const std::int64_t before = clock.Now();
         clock.Observe(packet);

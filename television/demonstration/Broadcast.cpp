@@ -30,17 +30,17 @@ void Broadcast::Proceed(std::int64_t seconds) {
     if (m_scramblingTimed) m_scrambled = !scene.keyClear;
 }
 
-std::vector<ServiceInfo> Broadcast::Services() const {
-    std::lock_guard lock(m_mutex);
-    std::vector<ServiceInfo> services;
-    for (const Entry& entry : m_entries)
-        if (entry.onAir) services.push_back(entry.service);
-    return services;
-}
-
 unsigned Broadcast::Version() const {
     std::lock_guard lock(m_mutex);
     return m_version;
+}
+
+Broadcast::Listing Broadcast::List() const {
+    std::lock_guard lock(m_mutex);
+    Listing listing{{}, m_version};
+    for (const Entry& entry : m_entries)
+        if (entry.onAir) listing.services.push_back(entry.service);
+    return listing;
 }
 
 std::int64_t Broadcast::Skipped() const {

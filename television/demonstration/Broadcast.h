@@ -20,9 +20,12 @@ public:
     // So many seconds after the beginning: what the timetable has for this time comes true.
     void Proceed(std::int64_t seconds);
 
-    std::vector<ServiceInfo> Services() const;
-    // Of the tables that list the services: another number after each change.
-    unsigned Version() const;
+    struct Listing {
+        std::vector<ServiceInfo> services;  // that are on the air
+        unsigned version = 0;               // another after each change
+    };
+    Listing List() const;
+    unsigned Version() const;  // of the listing
     // How many programmes are skipped.
     std::int64_t Skipped() const;
     // Of the service that can be: Atlas Key.

@@ -21,11 +21,11 @@ constexpr std::int64_t kMillisecond = 27'000;
 constexpr unsigned kHdSubtitles = 0x14;  // ETSI EN 300 468, table 26
 constexpr const char* kProvider = "Atlas";
 
-Section AssociationSection(const Broadcast& broadcast) {
+Section AssociationSection(const Broadcast::Listing& listing) {
     Bytes body;
     body.Put16(0).Put16(0xe000 | kNitPid);
-    for (const ServiceInfo& service : broadcast.Services()) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
-    return MakeSection({kPat, kTsid, broadcast.Version()}, body);
+    for (const ServiceInfo& service : listing.services) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
+    return MakeSection({kPat, kTsid, listing.version}, body);
 }
 
 Bytes StreamDescriptors(const Stream& stream) {
@@ -57,11 +57,11 @@ Section MapSection(const ServiceInfo& service) {
     return MakeSection({kPmt, service.sid}, body);
 }
 
-Section DescriptionSection(const Broadcast& broadcast) {
+Section DescriptionSection(const Broadcast::Listing& listing) {
     constexpr unsigned kHasPresentFollowing = 0x01;
     Bytes body;
     body.Put16(kOnid).Put8(0xff);
-    for (const ServiceInfo& service : broadcast.Services()) {
+    for (const ServiceInfo& service : listing.services) {
         Bytes descriptors;
         descriptors.PutDescriptor(kServiceTag,
                                   Bytes().Put8(service.serviceType).PutText(kProvider).PutText(service.name));
@@ -69,15 +69,15 @@ Section DescriptionSection(const Broadcast& broadcast) {
         const unsigned scrambled = service.scrambled ? 1 << 12 : 0;
         body.Put16(kRunning << 13 | scrambled | static_cast<unsigned>(descriptors.Size())).Put(descriptors);
     }
-    return MakeSection({kSdt, kTsid, broadcast.Version()}, body);
+    return MakeSection({kSdt, kTsid, listing.version}, body);
 }
 
 // 8 MHz, 64-QAM, code rate 2/3, guard interval 1/8, 8k carriers.
 Bytes TerrestrialDelivery() { return Bytes().Put32(kFrequency).Put8(0x1f).Put8(0x81).Put8(0x0a).Put32(0xffffffff); }
 
-Bytes NetworkStreamDescriptors(const Broadcast& broadcast) {
+Bytes NetworkStreamDescriptors(const std::vector<ServiceInfo>& services) {
     Bytes list, numbers, descriptors;
-    for (const ServiceInfo& service : broadcast.Services()) {
+    for (const ServiceInfo& service : services) {
         list.Put16(service.sid).Put8(service.serviceType);
         numbers.Put16(service.sid).Put16(0xfc00 | static_cast<unsigned>(service.number));
     }
@@ -88,12 +88,12 @@ Bytes NetworkStreamDescriptors(const Broadcast& broadcast) {
     return descriptors;
 }
 
-Section NetworkSection(const Broadcast& broadcast) {
+Section NetworkSection(const Broadcast::Listing& listing) {
     Bytes name, stream, body;
     name.PutDescriptor(kNetworkNameTag, Bytes().Put("Demonstration"));
-    stream.Put16(kTsid).Put16(kOnid).PutLoop(NetworkStreamDescriptors(broadcast));
+    stream.Put16(kTsid).Put16(kOnid).PutLoop(NetworkStreamDescriptors(listing.services));
     body.PutLoop(name).PutLoop(stream);
-    return MakeSection({kNit, kNid, broadcast.Version()}, body);
+    return MakeSection({kNit, kNid, listing.version}, body);
 }
 
 Bytes EventDescriptors(const Programme& programme) {
@@ -128,7 +128,7 @@ std::vector<Section> EventSections(const Broadcast& broadcast, std::int64_t now)
     const std::int64_t minute = now / kProgrammeLength, skipped = broadcast.Skipped();
     const auto version = static_cast<unsigned>((minute + skipped) & 0x1f);
     std::vector<Section> sections;
-    for (const ServiceInfo& service : broadcast.Services()) {
+    for (const ServiceInfo& service : broadcast.List().services) {
         sections.push_back(EventSection(service, {minute, skipped, false}, version));
         sections.push_back(EventSection(service, {minute + 1, skipped, true}, version));
     }
@@ -154,12 +154,12 @@ Section StreamEventSection(std::uint16_t id, unsigned version, std::string_view 
 
 std::vector<RepeatedTable> Tables(std::shared_ptr<const Broadcast> broadcast) {
     if (!broadcast) broadcast = std::make_shared<Broadcast>();
-    const auto listing = [broadcast](Section (*make)(const Broadcast&)) {
-        return [=](std::int64_t) { return std::vector<Section>{make(*broadcast)}; };
+    const auto listing = [broadcast](Section (*make)(const Broadcast::Listing&)) {
+        return [=](std::int64_t) { return std::vector<Section>{make(broadcast->List())}; };
     };
     const auto version = [broadcast] { return std::int64_t{broadcast->Version()}; };
     const auto onAir = [broadcast](const ServiceInfo& service) {
-        const auto services = broadcast->Services();
+        const auto services = broadcast->List().services;
         return std::ranges::find(services, service.sid, &ServiceInfo::sid) != services.end();
     };
     std::vector<RepeatedTable> tables{

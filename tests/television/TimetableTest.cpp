@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <map>
 #include <memory>
+#include <thread>
 
 #include "television/TelevisionSet.h"
 #include "television/demonstration/DemonstrationSource.h"
+#include "television/demonstration/DemonstrationTables.h"
 #include "tests/television/TelevisionTest.h"
 
 namespace television::test {
@@ -21,7 +24,7 @@ using demonstration::SceneAt;
 constexpr int kPopUp = 5;
 
 bool IsOnAir(const Broadcast& broadcast, int number = kPopUp) {
-    const auto services = broadcast.Services();
+    const auto services = broadcast.List().services;
     return std::ranges::find(services, number, &demonstration::ServiceInfo::number) != services.end();
 }
 
@@ -37,6 +40,30 @@ TEST(Timetable, HasPopUpInEverySecondMinuteAndTheKeyClearInEveryThird) {
 }
 
 TEST(Timetable, WaitsWhenTheClockIsPutBack) { EXPECT_EQ(SceneAt(-3600), SceneAt(0)); }
+
+// Who makes tables of a listing while another changes it: one version always has the same services.
+TEST(Broadcast, ListsTheServicesOfOneVersion) {
+    constexpr std::uint16_t kListingPids[] = {0x00, 0x10, 0x11};
+    const auto broadcast = std::make_shared<Broadcast>();
+    std::atomic<bool> ended = false;
+    std::thread changing([&] {
+        while (!ended) {
+            broadcast->Disappear(1);
+            broadcast->Appear(1);
+        }
+    });
+    for (const auto& table : demonstration::Tables(broadcast)) {
+        if (!std::ranges::count(kListingPids, table.pid)) continue;
+        std::map<unsigned, std::size_t> sizes;  // by whether the version is odd
+        for (int i = 0; i < 20'000; ++i) {
+            const demonstration::Section section = table.make(0).at(0);
+            const unsigned odd = section[5] >> 1 & 1;
+            EXPECT_EQ(sizes.try_emplace(odd, section.size()).first->second, section.size());
+        }
+    }
+    ended = true;
+    changing.join();
+}
 
 TEST(TimedBroadcast, ListsAnotherServiceInEachMinuteOfItsOwn) {
     Broadcast broadcast(true);

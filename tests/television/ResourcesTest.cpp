@@ -134,11 +134,11 @@ TEST_F(ResourcesTest, AnAerialThatIsBackAtOnceIsNoLossOfSignal) {
 }
 
 TEST_F(ResourcesTest, APictureShownWithAnotherAspectRatioIsLaidOutAnew) {
-    const auto layouts = [&] { return m_listener.Aside().size(); };
+    const auto layouts = [&] { return m_listener.Count("UpdateLayout"); };
     TPTRect corrected{};
     m_listener.Clear();
     Set().TheScreen().ForceAspectRatio(4.0 / 3.0);
-    EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Aside() == Calls{"UpdateLayout"}; }));
+    EXPECT_TRUE(m_watch.WaitFor([&] { return layouts() == 1; }));
     m_browser.CorrectVideoAspectRatio(0, 0, 1280, 720, corrected);
     EXPECT_EQ(corrected.x, 160);
     EXPECT_EQ(corrected.width, 960);

@@ -12,12 +12,12 @@ namespace television {
 
 class Screen {
 public:
-    // Called without a lock: there is another picture, or other subtitles, or none any more; the rectangle moved; the shown picture's aspect
-    // ratio is another, or is known now.
+    // Called without a lock: there is another picture, or other subtitles, or none any more; the rectangle moved; the
+    // shown picture's aspect ratio is another, or is known now.
     std::function<void()> pictureChanged, layoutChanged, aspectChanged;
 
-    // Black, and from now on only the pictures and subtitles of this session are shown. Sessions are numbered upwards; one that is
-    // older than the last one begun changes nothing.
+    // Black, and from now on only the pictures and subtitles of this session are shown. Sessions are numbered upwards;
+    // one that is older than the last one begun changes nothing.
     void Begin(std::uint64_t session);
     // The same, but the last picture stays until the first one of the session.
     void Continue(std::uint64_t session);

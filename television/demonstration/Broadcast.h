@@ -1,5 +1,5 @@
-// What the demonstration has on the air now: its services come, go and change when they are told to, or by its timetable;
-// its programmes move on. What somebody has set by hand is the timetable's no more. All threads.
+// What the demonstration has on the air now: its services come, go and change when they are told to, or by its
+// timetable; its programmes move on. What somebody has set by hand is the timetable's no more. All threads.
 #pragma once
 
 #include <mutex>

@@ -1,6 +1,6 @@
-// Preloaded into a program, lets its threads wait a moment now and then after they give back a mutex. So they take turns
-// in ways that are rare otherwise, and what relies on luck fails. TV_DELAYS says one unlocking in how many is followed by
-// a moment; 40 unless it is set.
+// Preloaded into a program, lets its threads wait a moment now and then after they give back a mutex. So they take
+// turns in ways that are rare otherwise, and what relies on luck fails. TV_DELAYS says one unlocking in how many is
+// followed by a moment; 40 unless it is set.
 #include <dlfcn.h>
 #include <errno.h>
 #include <pthread.h>

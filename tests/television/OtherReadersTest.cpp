@@ -15,6 +15,7 @@
 #include "television/stream/PacketAligner.h"
 #include "television/tables/ServiceList.h"
 #include "television/tables/TableReader.h"
+#include "tests/television/GeneratedTables.h"
 #include "tests/television/Packets.h"
 
 namespace television::test {
@@ -214,6 +215,18 @@ TEST_F(OtherReadersTest, FindTheSameInAStreamWithoutDescriptionsOfItsServices) {
     const std::string path = m_folder / "gstreamer.ts";
     MakeWithGStreamer(path);
     Compare(path, false);
+    EXPECT_EQ(FoundByTelevision(Read(path)).size(), 2u);
+}
+
+// The multiplex comes several times, as other readers want some length.
+TEST_F(OtherReadersTest, FindTheSameInTablesOfOtherGenerators) {
+    const std::string path = m_folder / "generated.ts";
+    const Packets packets = generated::Multiplex();
+    std::ofstream file(path, std::ios::binary);
+    for (int i = 0; i < 100; ++i)
+        file.write(reinterpret_cast<const char*>(packets.data()), static_cast<std::streamsize>(packets.size()));
+    file.close();
+    Compare(path);
     EXPECT_EQ(FoundByTelevision(Read(path)).size(), 2u);
 }
 

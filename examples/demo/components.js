@@ -24,7 +24,7 @@ var Components = (function () {
         if (component.type === component.COMPONENT_TYPE_VIDEO) {
             return aspect(component.aspectRatio);
         }
-        return (component.language || "?") + (component.audioDescription ? " AD" : "") +
+        return (component.language || "und") + (component.audioDescription ? " AD" : "") +
             (component.hearingImpaired ? " HI" : "");
     }
 

@@ -1,5 +1,6 @@
 #include "browser/Options.h"
 
+#include <QDateTime>
 #include <QMap>
 #include <algorithm>
 #include <functional>
@@ -44,6 +45,14 @@ bool SetPin(Options& options, const QString& value) {
     options.pin = value;
     return value.size() == 4 &&
            std::all_of(value.begin(), value.end(), [](QChar digit) { return digit >= u'0' && digit <= u'9'; });
+}
+
+// In UTC, and what the date of a transport stream can tell: its day is a number of 16 bits.
+bool SetDemonstrationTime(Options& options, const QString& value) {
+    QDateTime time = QDateTime::fromString(value, QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"));
+    time.setTimeSpec(Qt::UTC);
+    options.demonstrationTime = time.toSecsSinceEpoch();
+    return time.isValid() && time.date() >= QDate(1970, 1, 1) && time.date() <= QDate(2038, 4, 21);
 }
 
 bool SetSeconds(Options& options, const QString& value) {
@@ -114,6 +123,8 @@ const std::vector<OptionRow>& Rows() {
         {"--no-timetable", nullptr, "the demonstration's services come, go and become clear by the remote only, and\n"
                                     "not by themselves after the first minute (so it is with --test and --tour)",
          Switch(&Options::timetable, false)},
+        {"--demonstration-time", "TIME", "the demonstration's clock at the start, like 2030-01-01T20:00:00Z (so it is with\n"
+                                         "--test and --tour; default: the machine's)", SetDemonstrationTime},
     };
     return s_rows;
 }
@@ -167,6 +178,14 @@ std::optional<QString> ApplyUrl(Options& options, const QString& argument) {
     return std::nullopt;
 }
 
+// At this time the first of each service's programmes begins.
+void ExpectTheSameEachTime(Options& options) {
+    options.timetable = false;
+    if (!options.demonstrationTime) {
+        SetDemonstrationTime(options, QStringLiteral("2030-01-01T20:00:00Z"));
+    }
+}
+
 }  // namespace
 
 std::variant<Options, HelpWanted, UsageError> ReadOptions(const QStringList& arguments) {
@@ -182,7 +201,9 @@ std::variant<Options, HelpWanted, UsageError> ReadOptions(const QStringList& arg
             return UsageError{*error};
         }
     }
-    options.timetable = options.timetable && !options.tour && !options.test;
+    if (options.tour || options.test) {
+        ExpectTheSameEachTime(options);
+    }
     if (options.tour && options.test) {
         return UsageError{QStringLiteral("--tour and --test exclude each other: both end with a verdict.")};
     }

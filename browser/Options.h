@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <cstdint>
 #include <optional>
 #include <variant>
 
@@ -22,6 +23,7 @@ struct Options {
     std::optional<int> seconds;
     int logLevel = 0;
     bool timetable = true;   // of the demonstration; none where a test or the tour must find the same each time
+    std::optional<std::int64_t> demonstrationTime;  // its clock at the start, seconds since 1970; none: the machine's
     bool sound = true;
     QString soundFile;
     bool broadcastRelated = true;

@@ -115,6 +115,7 @@ Session::Failure Session::StartTelevision() {
     }
     configuration.demonstration = DemonstrationFile(m_options).toStdString();
     configuration.timetable = m_options.timetable;
+    configuration.demonstrationTime = m_options.demonstrationTime;
     configuration.sound = m_options.sound;
     configuration.soundFile = m_options.soundFile.toStdString();
     configuration.pin = m_options.pin.toStdString();

@@ -3,6 +3,7 @@
 
 #include <gst/gst.h>
 
+#include <chrono>
 #include <fstream>
 #include <set>
 #include <utility>
@@ -15,12 +16,21 @@ namespace {
 
 using demonstration::Broadcast;
 
+// Empty is the machine's.
+demonstration::TableInjector::WallClock ClockOf(const Configuration& configuration) {
+    using Clock = std::chrono::steady_clock;
+    if (!configuration.demonstrationTime) return {};
+    return [beginning = *configuration.demonstrationTime, start = Clock::now()] {
+        return beginning + std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start).count();
+    };
+}
+
 // `broadcast` is null where the demonstration is not wanted.
 std::unique_ptr<PacketSource> SourceOf(const Configuration& configuration, const std::string& stream,
                                        std::shared_ptr<Broadcast> broadcast, std::string& error) {
-    if (broadcast)
-        return std::make_unique<demonstration::DemonstrationSource>(configuration.demonstration, std::move(broadcast));
-    return MakeSource(stream, error);
+    if (!broadcast) return MakeSource(stream, error);
+    return std::make_unique<demonstration::DemonstrationSource>(configuration.demonstration, std::move(broadcast),
+                                                                ClockOf(configuration));
 }
 
 // Opens a stream; empty is the demonstration. A sentence when it cannot be opened.

@@ -21,6 +21,7 @@ struct Configuration {
     std::vector<std::string> streams;
     std::string demonstration;  // the file with the demonstration's audio and video
     bool timetable = true;      // false: the demonstration's services come, go and become clear by stimuli only
+    std::optional<std::int64_t> demonstrationTime;  // its clock at the start, seconds since 1970; none: the machine's
     bool sound = true;          // false: decode sound, play it to nobody
     std::string soundFile;      // in place of a sound device: 16-bit little-endian samples, 48,000 pairs a second
     std::string audioLanguage;  // the viewer's preferred one, three letters; empty: the service's first

@@ -63,6 +63,19 @@ TEST(Options, TheDemonstrationHasNoTimetableWhereTheSameIsToBeFoundEachTime) {
     EXPECT_FALSE(Read({"--tour"}).timetable);
 }
 
+TEST(Options, TheDemonstrationsTimeIsTheMachinesUnlessOneIsGivenOrTheSameIsToBeFoundEachTime) {
+    EXPECT_EQ(Read({}).demonstrationTime, std::nullopt);
+    EXPECT_EQ(Read({"--demonstration-time", "2026-02-28T23:59:59Z"}).demonstrationTime, 1'772'323'199);
+    EXPECT_EQ(Read({"--test"}).demonstrationTime, 1'893'528'000);
+    EXPECT_EQ(Read({"--tour"}).demonstrationTime, 1'893'528'000);
+    EXPECT_EQ(Read({"--test", "--demonstration-time", "1970-01-01T00:00:00Z"}).demonstrationTime, 0);
+    EXPECT_EQ(Read({"--demonstration-time", "2038-04-21T23:59:59Z"}).demonstrationTime, 2'155'507'199);
+    for (const char* time : {"20:00:00", "2030-01-01T20:00:00", "2026-02-29T20:00:00Z", "1969-12-31T23:59:59Z",
+                             "2038-04-22T00:00:00Z"}) {
+        EXPECT_TRUE(ErrorOf({"--demonstration-time", time}).contains("--demonstration-time")) << time;
+    }
+}
+
 TEST(Options, ScriptsAddUp) {
     EXPECT_EQ(Read({"--evaluate", "1", "--evaluate", "2"}).evaluate, (QStringList{"1", "2"}));
 }

@@ -152,7 +152,7 @@ TEST_F(LockedTelevision, BlocksATuneAndIsOpenedByThePin) {
     m_listener.Clear();
     EXPECT_TRUE(m_set->ThePresentation().SelectByPage(m_boreal));
     ASSERT_TRUE(m_listener.WaitFor(Blocked(m_boreal)));
-    EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Aside() == Calls{"Rating 9"}; })) << "the page may say why";
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Ratings() == Calls{"Rating 9"}; })) << "the page may say why";
     EXPECT_EQ(m_set->TheScreen().CurrentPicture(), nullptr);
     EXPECT_EQ(ChannelCache::TheCache().Holds(), 1u);
     EXPECT_EQ(m_set->EnterPin("1234"), "The PIN is wrong: enter the one of this television.");

@@ -1,5 +1,4 @@
 // The rest of the platform's interfaces: layout, volume, components, keys, services, log lines.
-#include <algorithm>
 #include <cstdarg>
 
 #include "platform/CAppScreen.h"
@@ -54,10 +53,7 @@ TEST_F(PlatformTest, TellsThatTheLayoutChangesWithTheFirstPicture) {
     m_player->Stop();
     m_listener.Clear();
     m_player->BindToCurrentChannel();
-    EXPECT_TRUE(m_watch.WaitFor([&] {
-        const auto aside = m_listener.Aside();
-        return std::count(aside.begin(), aside.end(), "UpdateLayout") > 0;
-    }));
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Count("UpdateLayout") > 0; }));
 }
 
 TEST_F(PlatformTest, KeepsTheVolumeBetweenZeroAndAHundred) {

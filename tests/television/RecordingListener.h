@@ -46,7 +46,7 @@ public:
     void TuneFail(unsigned int id) override { Add("TuneFail " + std::to_string(id)); }
     void ServiceNotAvailable(unsigned int id) override { Add("ServiceNotAvailable " + std::to_string(id)); }
     void ProgrammeChanged() override { Add("ProgrammeChanged"); }
-    void ParentalRatingChanged(char rating) override { AddAside("Rating " + std::to_string(rating)); }
+    void ParentalRatingChanged(char rating) override { Keep(m_ratings, "Rating " + std::to_string(rating)); }
     void ParentalRatingBlocked(unsigned int id, bool whilePresenting) override {
         Add("Blocked " + std::to_string(id) + (whilePresenting ? " while presenting" : ""));
     }
@@ -55,7 +55,7 @@ public:
     void Scrambled(unsigned short system) override { Add("Scrambled " + std::to_string(system)); }
     void ScrambledTune(unsigned int id) override { Add("ScrambledTune " + std::to_string(id)); }
     void Unscrambled(unsigned short system) override { Add("Unscrambled " + std::to_string(system)); }
-    void UpdateLayout() override { AddAside("UpdateLayout"); }
+    void UpdateLayout() override { Keep(m_layouts, "UpdateLayout"); }
 
     // A message as its type, its CA system, and its items as their tags and their bytes in characters.
     void OnSASMessageReceived(SASMessage* message) override {
@@ -73,14 +73,16 @@ public:
         std::lock_guard lock(m_mutex);
         return m_told;
     }
-    std::vector<std::string> Aside() const {
+    std::vector<std::string> Ratings() const {
         std::lock_guard lock(m_mutex);
-        return m_aside;
+        return m_ratings;
     }
-    // How often it was told, aside or not.
+    // How often it was told, a rating or a layout, too.
     std::ptrdiff_t Count(const std::string& call) const {
         std::lock_guard lock(m_mutex);
-        return std::count(m_told.begin(), m_told.end(), call) + std::count(m_aside.begin(), m_aside.end(), call);
+        std::ptrdiff_t count = 0;
+        for (const auto* list : {&m_told, &m_ratings, &m_layouts}) count += std::count(list->begin(), list->end(), call);
+        return count;
     }
     std::thread::id Thread() const {
         std::lock_guard lock(m_mutex);
@@ -94,13 +96,11 @@ public:
     }
     void Clear() {
         std::lock_guard lock(m_mutex);
-        m_told.clear();
-        m_aside.clear();
+        for (auto* list : {&m_told, &m_ratings, &m_layouts}) list->clear();
     }
 
 private:
     void Add(const std::string& call) { Keep(m_told, call); }
-    void AddAside(const std::string& call) { Keep(m_aside, call); }
     void Keep(std::vector<std::string>& list, const std::string& call) {
         {
             std::lock_guard lock(m_mutex);
@@ -112,7 +112,7 @@ private:
 
     Watch& m_watch;
     mutable std::mutex m_mutex;
-    std::vector<std::string> m_told, m_aside;
+    std::vector<std::string> m_told, m_ratings, m_layouts;
     std::thread::id m_thread;
 };
 

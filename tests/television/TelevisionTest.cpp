@@ -44,8 +44,12 @@ Shown What(const Picture* picture) {
     return Shown::Unknown;
 }
 
-// A test on a slow machine may take more than the first minute.
-TelevisionTest::TelevisionTest() { m_configuration.timetable = false; }
+// A test on a slow machine may take more than the first minute. At this time the first of each service's programmes
+// begins.
+TelevisionTest::TelevisionTest() {
+    m_configuration.timetable = false;
+    m_configuration.demonstrationTime = 1'700'049'600;
+}
 
 void TelevisionTest::SetUp() {
     if (m_startDemonstration) {

@@ -1,4 +1,5 @@
 // Writes the demonstration multiplex as it is received into a file: record_demonstration STREAM OUTPUT SECONDS
+// The tables tell a time that goes by the stream's clock, so that each recording is the same.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -10,13 +11,14 @@ namespace television {
 namespace {
 
 int Record(const char* stream, const char* output, int seconds) {
-    demonstration::DemonstrationSource source(stream);
+    constexpr std::int64_t kBeginning = 1'893'528'000;
+    StreamClock clock;
+    demonstration::DemonstrationSource source(stream, nullptr, [&] { return kBeginning + clock.Now() / kClockRate; });
     if (const auto fault = source.Open()) {
         std::fprintf(stderr, "%s\n", fault->c_str());
         return 1;
     }
     std::ofstream file(output, std::ios::binary);
-    StreamClock clock;
     while (clock.Now() < seconds * kClockRate) {
         std::vector<std::uint8_t> packets;
         if (source.Read(packets) == PacketSource::Result::End) break;

@@ -3,7 +3,6 @@
 
 #include <gst/gst.h>
 
-#include <chrono>
 #include <fstream>
 #include <set>
 #include <utility>
@@ -16,12 +15,11 @@ namespace {
 
 using demonstration::Broadcast;
 
-// Empty is the machine's.
-demonstration::TableInjector::WallClock ClockOf(const Configuration& configuration) {
-    using Clock = std::chrono::steady_clock;
+// Empty is the machine's. Another goes by the stream, which no other work of the machine lets jump.
+demonstration::DemonstrationSource::WallClock ClockOf(const Configuration& configuration) {
     if (!configuration.demonstrationTime) return {};
-    return [beginning = *configuration.demonstrationTime, start = Clock::now()] {
-        return beginning + std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start).count();
+    return [beginning = *configuration.demonstrationTime](std::int64_t streamTime) {
+        return beginning + streamTime / kClockRate;
     };
 }
 

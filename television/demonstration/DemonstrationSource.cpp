@@ -21,7 +21,7 @@ std::set<std::uint16_t> ScrambledPids() {
     return pids;
 }
 
-std::int64_t SecondsSince1970() {
+std::int64_t MachineTime(std::int64_t) {
     using namespace std::chrono;
     return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
 }
@@ -29,12 +29,12 @@ std::int64_t SecondsSince1970() {
 }  // namespace
 
 DemonstrationSource::DemonstrationSource(const std::string& path, std::shared_ptr<Broadcast> broadcast,
-                                         const TableInjector::WallClock& wallClock)
+                                         WallClock wallClock)
     : m_file(path),
       m_broadcast(broadcast ? std::move(broadcast) : std::make_shared<Broadcast>()),
-      m_wallClock(wallClock ? wallClock : SecondsSince1970),
-      m_injector(Tables(m_broadcast), kReplaced, m_wallClock),
-      m_subtitles(MakeSubtitleInjector(m_wallClock)),
+      m_wallClock(wallClock ? std::move(wallClock) : MachineTime),
+      m_injector(Tables(m_broadcast), kReplaced, [this] { return Now(); }),
+      m_subtitles(MakeSubtitleInjector([this] { return Now(); })),
       m_scrambler(ScrambledPids()) {
     MessageEvents::Instance().Open();
 }
@@ -43,6 +43,7 @@ DemonstrationSource::~DemonstrationSource() { MessageEvents::Instance().Close();
 
 PacketSource::Result DemonstrationSource::Read(std::vector<std::uint8_t>& packets) {
     const Result result = m_file.Read(packets);
+    for (std::size_t at = 0; at < packets.size(); at += kPacketSize) m_streamClock.Observe(packets.data() + at);
     Proceed();
     m_injector.Process(packets);
     m_subtitles.Process(packets);
@@ -52,7 +53,7 @@ PacketSource::Result DemonstrationSource::Read(std::vector<std::uint8_t>& packet
 
 // It begins when it is first read.
 void DemonstrationSource::Proceed() {
-    const std::int64_t now = m_wallClock();
+    const std::int64_t now = Now();
     if (!m_begun) m_begun = now;
     m_broadcast->Proceed(now - *m_begun);
     m_scrambler.Switch(m_broadcast->IsScrambled());

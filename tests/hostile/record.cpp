@@ -12,13 +12,14 @@ namespace {
 
 int Record(const char* stream, const char* output, int seconds) {
     constexpr std::int64_t kBeginning = 1'893'528'000;
-    StreamClock clock;
-    demonstration::DemonstrationSource source(stream, nullptr, [&] { return kBeginning + clock.Now() / kClockRate; });
+    demonstration::DemonstrationSource source(
+        stream, nullptr, [](std::int64_t streamTime) { return kBeginning + streamTime / kClockRate; });
     if (const auto fault = source.Open()) {
         std::fprintf(stderr, "%s\n", fault->c_str());
         return 1;
     }
     std::ofstream file(output, std::ios::binary);
+    StreamClock clock;
     while (clock.Now() < seconds * kClockRate) {
         std::vector<std::uint8_t> packets;
         if (source.Read(packets) == PacketSource::Result::End) break;

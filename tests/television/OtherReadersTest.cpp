@@ -234,7 +234,7 @@ TEST_F(OtherReadersTest, FindTheSameInTheDemonstrationWithAllItsServices) {
     const std::string path = m_folder / "demonstration.ts";
     const auto broadcast = std::make_shared<demonstration::Broadcast>();
     for (const auto& service : demonstration::OccasionalServices()) broadcast->Appear(service.number);
-    demonstration::DemonstrationSource source(DEMONSTRATION_STREAM, broadcast, [] { return 1'893'528'000; });
+    demonstration::DemonstrationSource source(DEMONSTRATION_STREAM, broadcast, [](std::int64_t) { return 1'893'528'000; });
     ASSERT_EQ(source.Open(), std::nullopt);
     source.Scramble(false);
     Packets packets;

@@ -102,7 +102,7 @@ protected:
         m_set = std::make_unique<TelevisionSet>(m_gate, observer, SoundOutput{}, "");
         m_set->SetPin("0000");
         auto source = std::make_unique<demonstration::DemonstrationSource>(DEMONSTRATION_STREAM, nullptr,
-                                                                           [this] { return m_wallClock.load(); });
+                                                                           [this](std::int64_t) { return m_wallClock.load(); });
         ASSERT_EQ(source->Open(), std::nullopt);
         ASSERT_EQ(m_set->Start(std::move(source), {}), std::nullopt);
         ASSERT_TRUE(WaitForPicture(Shown::AtlasOne));

@@ -129,7 +129,7 @@ protected:
         observer.pictureChanged = observer.servicesChanged = [this] { m_watch.Notify(); };
         m_set = std::make_unique<TelevisionSet>(m_gate, observer, SoundOutput{}, "");
         auto source = std::make_unique<demonstration::DemonstrationSource>(
-            DEMONSTRATION_STREAM, std::make_shared<Broadcast>(true), [this] { return m_wallClock.load(); });
+            DEMONSTRATION_STREAM, std::make_shared<Broadcast>(true), [this](std::int64_t) { return m_wallClock.load(); });
         ASSERT_EQ(source->Open(), std::nullopt);
         ASSERT_EQ(m_set->Start(std::move(source), {}), std::nullopt);
     }

@@ -14,6 +14,8 @@ namespace television::fuzz {
 namespace {
 
 constexpr std::uint16_t kSid = 5, kTsid = 1, kOnid = 2, kPid = 0x100;
+// Of a service that only its PMT tells of.
+constexpr std::uint16_t kOtherSid = 6, kOtherPid = 0x200;
 
 Descriptors Read(const Bytes& loop) {
     Descriptors descriptors;
@@ -26,7 +28,8 @@ Descriptors Read(const Bytes& loop) {
     return descriptors;
 }
 
-// Where the descriptors of a chunk stand: its number's low bits; of a stream the others are its type.
+// Where the descriptors of a chunk stand: its number's low bits; of a stream, of the service or of the other one, the rest
+// is its type.
 Tables Build(const std::vector<Chunk>& chunks) {
     Tables tables;
     tables.association = AssociationTable{kTsid, {{kSid, kPid}}, {}};
@@ -45,6 +48,9 @@ Tables Build(const std::vector<Chunk>& chunks) {
                 break;
             case 3:
                 tables.events[kSid].push_back({number, (number & 8) != 0, 0, 0, descriptors});
+                break;
+            case 5:
+                tables.maps[kOtherSid].streams.push_back({static_cast<std::uint8_t>(number >> 3), kOtherPid, descriptors});
                 break;
             default:
                 map.streams.push_back({static_cast<std::uint8_t>(number >> 3), kPid, descriptors});
@@ -80,7 +86,7 @@ void ReadProgrammes(const Tables& tables, const Service& service) {
 
 void ReadAssociations(const Tables& tables) {
     for (const auto& [tag, pid] : ListAssociations(tables, kSid))
-        Demand(pid == kPid, "an association leads to a stream of the service");
+        Demand(pid == kPid || pid == kOtherPid, "an association leads to a stream of a service");
 }
 
 }  // namespace

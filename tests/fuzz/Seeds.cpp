@@ -88,6 +88,12 @@ void AddDescriptors(Seeds& seeds) {
     seeds.Add("Descriptors", Join({Loop(0, sound), Loop(1, service), Loop(2, network), Loop(3, event)}));
     seeds.Add("Descriptors", Join({StreamLoop(0x1b, sound), StreamLoop(3, sound), StreamLoop(6, subtitles),
                                    StreamLoop(6, ac3), StreamLoop(6, dts), StreamLoop(0x11, {})}));
+    Writer own, deferred;
+    own.PutDescriptor(kAssociationTag, Writer().Put16(0x1001).Put16(0).Put8(0));
+    deferred.PutDescriptor(kDeferredAssociationsTag,
+                           Writer().Put8(4).Put16(0x1001).Put16(0x2007).Put16(1).Put16(6).Put16(2));
+    const Chunk other{0x0b << 3 | 5, Writer(own).Put(sound).Data()};
+    seeds.Add("Descriptors", Join({Loop(0, deferred), StreamLoop(0x0b, own), other}));
     for (const unsigned tag : {kTerrestrialDeliveryTag, kCableDeliveryTag, kSatelliteDeliveryTag})
         seeds.Add("Delivery", Writer().PutDescriptor(tag, eleven).Data());
 }

@@ -56,6 +56,7 @@ void Presentation::Announce(std::uint64_t request) {
 
 void Presentation::RunSession(std::uint64_t session) {
     if (!IsCurrent(session)) return;
+    WatchProgrammes();
     m_around.screen.Continue(session);
     CloseDecoder();
     m_route = m_around.directory.RouteTo(Selected());
@@ -275,20 +276,22 @@ void Presentation::SignalReturned() {
     if (failed) Restart();
 }
 
-// Tells that the present or following event changed, if it is still the same channel's.
+// Tells that the present or following event changed, if it is still the same channel's. What changes while the channel is
+// tuned to is told once it is presented: the page's object may have it as presented already.
 void Presentation::WatchProgrammes() {
     std::unique_lock lock(m_mutex);
     const auto id = m_state.selected;
     const auto request = m_state.request;
-    const bool tuned = IsTuned();
+    const bool tuned = IsTuned(), tuning = m_state.phase == Phase::Tuning;
     lock.unlock();
 
     auto events = m_around.directory.Events(id);
-    const bool changed = tuned && m_watchedId == id && events != m_watchedEvents;
+    const bool changed = m_watchedId == id && events != m_watchedEvents;
+    if (changed && tuning) return;
     if (m_watchedId != id) m_toldRating.reset();
     m_watchedId = id;
     m_watchedEvents = std::move(events);
-    if (!changed) return;
+    if (!changed || !tuned) return;
     Tell(request, [](IBroadcastPlayerListener& listener) { listener.ProgrammeChanged(); });
     TellRating(request);
 }

@@ -18,7 +18,8 @@ namespace television::test {
 
 inline constexpr auto kPatience = std::chrono::seconds(20);
 
-// Waits until something that other threads change becomes true; they say so by Notify.
+// Waits until something that other threads change becomes true. They say so by Notify; what nobody says is noticed after
+// some milliseconds.
 class Watch {
 public:
     void Notify() {
@@ -26,8 +27,11 @@ public:
         m_changed.notify_all();
     }
     bool WaitFor(const std::function<bool()>& condition) {
+        const auto end = std::chrono::steady_clock::now() + kPatience;
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kPatience, condition);
+        while (!m_changed.wait_for(lock, std::chrono::milliseconds(10), condition))
+            if (std::chrono::steady_clock::now() > end) return condition();
+        return true;
     }
 
 private:

@@ -4,6 +4,7 @@
 
 #include <atomic>
 
+#include "television/Log.h"
 #include "television/TelevisionSet.h"
 #include "television/demonstration/DemonstrationServices.h"
 #include "television/demonstration/TableInjector.h"
@@ -28,6 +29,7 @@ constexpr unsigned kMissingSid = 0x6eee, kSilentSid = 0x6eef;
 struct Hand {
     std::atomic<std::int64_t> wallClock = 1'700'049'600;
     std::atomic<bool> cut = false;       // nothing comes
+    std::atomic<bool> hidden = false;    // neither does Atlas Two's picture nor its sound
     std::atomic<std::int64_t> jump = 0;  // added to all clocks and times
     std::atomic<unsigned> version = 0;   // of the PAT; from 1 on without Atlas One
 };
@@ -41,11 +43,12 @@ std::vector<RepeatedTable> TablesFor(const Hand& hand) {
     auto tables = demonstration::Tables();
     std::erase_if(tables, [](const RepeatedTable& table) { return table.pid == 0 || table.pid == 0x11; });
     tables.push_back(Table(0, [&hand] {
+        const unsigned version = hand.version;  // of what is listed and of the number that is sent with it
         Bytes body;
         for (const auto& service : demonstration::Services())
-            if (hand.version == 0 || service.sid != 0x6e01) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
+            if (version == 0 || service.sid != 0x6e01) body.Put16(service.sid).Put16(0xe000 | service.mapPid);
         body.Put16(kSilentSid).Put16(0xe500);
-        return Sections{MakeSection({.table = 0, .extension = demonstration::kTsid, .version = hand.version}, body)};
+        return Sections{MakeSection({.table = 0, .extension = demonstration::kTsid, .version = version}, body)};
     }));
     tables.push_back(Table(0x500, [] {
         const Bytes body = Bytes().Put16(0xe501).PutLoop({}).Put8(0x1b).Put16(0xe501).PutLoop({});
@@ -75,11 +78,15 @@ public:
         }
         const Result result = m_file.Read(packets);
         m_injector.Process(packets);
+        for (std::size_t at = 0; m_hand.hidden && at < packets.size(); at += kPacketSize) Hide(packets.data() + at);
         for (std::size_t at = 0; m_hand.jump != 0 && at < packets.size(); at += kPacketSize) Jump(packets.data() + at);
         return result;
     }
 
 private:
+    static void Hide(std::uint8_t* packet) {
+        if (PidOf(packet) == 0x201 || PidOf(packet) == 0x202) MakeNullPacket(packet);
+    }
     void Jump(std::uint8_t* packet) const {
         const std::int64_t jump = m_hand.jump;
         if (const auto clock = ClockOf(packet)) SetClock(packet, Wrapped(*clock + jump * 300, kClockWrap));
@@ -147,6 +154,41 @@ TEST_F(StreamChangesTest, TheRatingOfANewProgrammeIsTold) {
         EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Count(rating) > 0; }));
         EXPECT_EQ(m_listener.Ratings(), Calls{rating});
     }
+}
+
+class HiddenChannelTest : public StreamChangesTest {
+protected:
+    HiddenChannelTest() { m_hand.hidden = true; }
+};
+
+TEST_F(HiddenChannelTest, AProgrammeThatBeginsWhileAChannelIsTunedToIsToldOnceItIsPresented) {
+    const unsigned int two = IdOf(0x6e02);
+    const auto start = [&] { return m_set->Directory().Programmes(two).at(0).startTime; };
+    EXPECT_TRUE(m_set->ThePresentation().SelectByPage(two));
+    const auto before = start();
+    m_hand.wallClock += 60;
+    EXPECT_TRUE(m_watch.WaitFor([&] { return start() > before; }));
+    EXPECT_EQ(m_listener.Told(), Calls{});
+    m_hand.hidden = false;
+    EXPECT_TRUE(m_listener.WaitFor("ProgrammeChanged"));
+    EXPECT_EQ(m_listener.Told(), (Calls{"TuneSuccess " + std::to_string(two), "ProgrammeChanged"}));
+    EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Ratings() == Calls{"Rating 3"}; })) << "the new one's only";
+}
+
+// The television is kept between the picture and what it tells of it, until the next programme has come.
+TEST_F(StreamChangesTest, AProgrammeThatBeginsAsTheChannelIsPresentedIsTold) {
+    const unsigned int two = IdOf(0x6e02);
+    const auto start = [&] { return m_set->Directory().Programmes(two).at(0).startTime; };
+    SetLogSink([&](const std::string& line) {
+        if (line.find(" is presented") == line.npos) return;
+        const auto before = start();
+        m_hand.wallClock += 60;
+        EXPECT_TRUE(m_watch.WaitFor([&] { return start() > before; }));
+    });
+    EXPECT_TRUE(m_set->ThePresentation().SelectByPage(two));
+    EXPECT_TRUE(m_listener.WaitFor("ProgrammeChanged"));
+    SetLogSink({});
+    EXPECT_EQ(m_listener.Told(), (Calls{"TuneSuccess " + std::to_string(two), "ProgrammeChanged"}));
 }
 
 TEST_F(StreamChangesTest, AServiceThatIsNotInTheStreamIsNotAvailable) {

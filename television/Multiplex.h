@@ -63,6 +63,7 @@ private:
     };
 
     void PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) override;
+    bool HasEnough() const override { return IsRead(); }
     void StreamBroke() override;
     void SignalLost() override;
     void SignalReturned() override { m_client.SignalReturned(m_place); }

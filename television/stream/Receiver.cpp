@@ -66,6 +66,7 @@ void Receiver::HandOn(std::span<const std::uint8_t> packets) {
     if (m_interrupted) return;
     if (broke) m_client.StreamBroke();
     m_client.PacketsReceived(packets, m_clock.Now());
+    if (!m_keepTime && m_client.HasEnough()) KeepTime();
 }
 
 void Receiver::Pace() {

@@ -22,6 +22,8 @@ public:
     virtual void PacketsReceived(std::span<const std::uint8_t> packets, std::int64_t now) = 0;
     // What follows does not continue what came before.
     virtual void StreamBroke() = 0;
+    // True when the stream need not be read faster than in time any more.
+    virtual bool HasEnough() const { return false; }
     // Nothing has come for a while; packets come again.
     virtual void SignalLost() = 0;
     virtual void SignalReturned() = 0;
@@ -35,7 +37,7 @@ public:
     Receiver(const Receiver&) = delete;
     Receiver& operator=(const Receiver&) = delete;
 
-    // Until this is called, a stream that need not come in real time is read many times faster.
+    // Until this is called, or the client has enough, a stream that need not come in real time is read many times faster.
     void KeepTime() { m_keepTime = true; }
     // What comes while nothing is connected is lost.
     void Connect(bool connected) { m_connected = connected; }

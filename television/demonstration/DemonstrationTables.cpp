@@ -154,18 +154,25 @@ Section StreamEventSection(std::uint16_t id, unsigned version, std::string_view 
 
 std::vector<RepeatedTable> Tables(std::shared_ptr<const Broadcast> broadcast) {
     if (!broadcast) broadcast = std::make_shared<Broadcast>();
-    const auto listing = [broadcast](Section (*make)(const Broadcast::Listing&)) {
-        return [=](std::int64_t) { return std::vector<Section>{make(broadcast->List())}; };
+    // What the PAT listed last: no other table lists a service before the PAT does.
+    const auto listed = std::make_shared<Broadcast::Listing>(broadcast->List());
+    const auto associate = [=](std::int64_t) {
+        *listed = broadcast->List();
+        return std::vector<Section>{AssociationSection(*listed)};
+    };
+    const auto listing = [listed](Section (*make)(const Broadcast::Listing&)) {
+        return [=](std::int64_t) { return std::vector<Section>{make(*listed)}; };
     };
     const auto version = [broadcast] { return std::int64_t{broadcast->Version()}; };
+    const auto listedVersion = [listed] { return std::int64_t{listed->version}; };
     const auto onAir = [broadcast](const ServiceInfo& service) {
         const auto services = broadcast->List().services;
         return std::ranges::find(services, service.sid, &ServiceInfo::sid) != services.end();
     };
     std::vector<RepeatedTable> tables{
-        {kPatPid, 100 * kMillisecond, listing(AssociationSection), version},
-        {kNitPid, 1000 * kMillisecond, listing(NetworkSection), version},
-        {kSdtPid, 1000 * kMillisecond, listing(DescriptionSection), version},
+        {kPatPid, 100 * kMillisecond, associate, version},
+        {kNitPid, 1000 * kMillisecond, listing(NetworkSection), listedVersion},
+        {kSdtPid, 1000 * kMillisecond, listing(DescriptionSection), listedVersion},
         {kEitPid, 500 * kMillisecond, [=](std::int64_t now) { return EventSections(*broadcast, now); },
          [=] { return broadcast->Skipped(); }},
         {kTdtPid, 1000 * kMillisecond, [](std::int64_t now) { return std::vector<Section>{TimeSection(now)}; }},

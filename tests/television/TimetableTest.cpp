@@ -28,6 +28,13 @@ bool IsOnAir(const Broadcast& broadcast, int number = kPopUp) {
     return std::ranges::find(services, number, &demonstration::ServiceInfo::number) != services.end();
 }
 
+// PAT, NIT and SDT.
+constexpr std::uint16_t kListingPids[] = {0x00, 0x10, 0x11};
+
+const demonstration::RepeatedTable& TableOn(std::uint16_t pid, const std::vector<demonstration::RepeatedTable>& tables) {
+    return *std::ranges::find(tables, pid, &demonstration::RepeatedTable::pid);
+}
+
 TEST(Timetable, HasPopUpInEverySecondMinuteAndTheKeyClearInEveryThird) {
     const Scene nothing, popUp{true, false}, clear{false, true}, both{true, true};
     const Scene minutes[] = {nothing, popUp, clear, popUp, nothing, both, nothing, popUp, clear};
@@ -43,7 +50,6 @@ TEST(Timetable, WaitsWhenTheClockIsPutBack) { EXPECT_EQ(SceneAt(-3600), SceneAt(
 
 // Who makes tables of a listing while another changes it: one version always has the same services.
 TEST(Broadcast, ListsTheServicesOfOneVersion) {
-    constexpr std::uint16_t kListingPids[] = {0x00, 0x10, 0x11};
     const auto broadcast = std::make_shared<Broadcast>();
     std::atomic<bool> ended = false;
     std::thread changing([&] {
@@ -52,17 +58,35 @@ TEST(Broadcast, ListsTheServicesOfOneVersion) {
             broadcast->Appear(1);
         }
     });
-    for (const auto& table : demonstration::Tables(broadcast)) {
-        if (!std::ranges::count(kListingPids, table.pid)) continue;
-        std::map<unsigned, std::size_t> sizes;  // by whether the version is odd
-        for (int i = 0; i < 20'000; ++i) {
-            const demonstration::Section section = table.make(0).at(0);
+    const auto tables = demonstration::Tables(broadcast);
+    std::map<std::pair<std::uint16_t, unsigned>, std::size_t> sizes;  // by the PID and whether the version is odd
+    for (int i = 0; i < 20'000; ++i)
+        for (const std::uint16_t pid : kListingPids) {
+            const demonstration::Section section = TableOn(pid, tables).make(0).at(0);
             const unsigned odd = section[5] >> 1 & 1;
-            EXPECT_EQ(sizes.try_emplace(odd, section.size()).first->second, section.size());
+            EXPECT_EQ(sizes.try_emplace({pid, odd}, section.size()).first->second, section.size());
         }
-    }
     ended = true;
     changing.join();
+}
+
+TEST(Broadcast, ListsAServiceInNoTableBeforeThePatDoes) {
+    const auto broadcast = std::make_shared<Broadcast>();
+    const auto tables = demonstration::Tables(broadcast);
+    const auto make = [&](std::uint16_t pid) { return TableOn(pid, tables).make(0); };
+    const auto version = [&](std::uint16_t pid) { return TableOn(pid, tables).version(); };
+    const auto association = make(0x00), network = make(0x10), description = make(0x11);
+    broadcast->Appear(5);
+    EXPECT_EQ(version(0x00), 1);
+    EXPECT_EQ(version(0x10), 0);
+    EXPECT_EQ(make(0x10), network);
+    EXPECT_EQ(version(0x11), 0);
+    EXPECT_EQ(make(0x11), description);
+    EXPECT_NE(make(0x00), association);
+    EXPECT_EQ(version(0x10), 1);
+    EXPECT_NE(make(0x10), network);
+    EXPECT_EQ(version(0x11), 1);
+    EXPECT_NE(make(0x11), description);
 }
 
 TEST(TimedBroadcast, ListsAnotherServiceInEachMinuteOfItsOwn) {

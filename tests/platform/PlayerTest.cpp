@@ -27,7 +27,7 @@ protected:
         m_player->SetListener(&m_listener);
     }
     void TearDown() override {
-        m_listener.LetCallsGo();
+        m_listener.LetOutcomesGo();
         if (m_player) m_browser.ReleaseBroadcastPlayer(m_player);
         for (const unsigned int id : m_listener.TakeHolds()) m_cache.ReleaseChannel(id);
     }
@@ -166,24 +166,24 @@ TEST_F(Player, TakesAnyWindowAndTheFullScreen) {
 
 // The plug-in may hold the lock that listener calls take while it asks these three.
 TEST_F(Player, ChangesToMediaPlaybackAndBackWithoutWaitingForACallOfTheListener) {
-    m_listener.HoldCalls();
+    m_listener.HoldOutcomes();
     ASSERT_TRUE(m_player->SetChannel(Selected(), false));
-    ASSERT_TRUE(m_listener.WaitUntilACallWaits());
+    ASSERT_TRUE(m_listener.WaitUntilAnOutcomeWaits());
     EXPECT_FALSE(m_browser.IsMediaPlaybackMode());
     m_browser.EnableMediaPlaybackMode();
     EXPECT_TRUE(m_browser.IsMediaPlaybackMode());
     m_browser.DisableMediaPlaybackMode();
     EXPECT_FALSE(m_browser.IsMediaPlaybackMode());
-    m_listener.LetCallsGo();
+    m_listener.LetOutcomesGo();
 }
 
 TEST_F(Player, IsGivenBackWhenNoCallIsInProgressAndTellsNothingAfterwards) {
-    m_listener.HoldCalls();
+    m_listener.HoldOutcomes();
     ASSERT_TRUE(m_player->SetChannel(Selected(), false));
-    ASSERT_TRUE(m_listener.WaitUntilACallWaits());
+    ASSERT_TRUE(m_listener.WaitUntilAnOutcomeWaits());
     const auto other = std::async(std::launch::async, [this] {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));  // the time that a release has to be too early in
-        m_listener.LetCallsGo();
+        m_listener.LetOutcomesGo();
     });
     m_browser.ReleaseBroadcastPlayer(m_player);
     m_player = nullptr;

@@ -8,6 +8,8 @@
 void contract::StartPlatform() {
     television::Configuration configuration;
     configuration.demonstration = DEMONSTRATION_STREAM;
+    configuration.timetable = false;
+    configuration.demonstrationTime = 1'700'049'600;
     configuration.sound = false;
     auto& television = television::Television::Instance();
     if (const auto failure = television.Start(configuration, {})) {

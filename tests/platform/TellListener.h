@@ -54,15 +54,16 @@ public:
         return std::move(m_holds);
     }
 
-    // From now on calls wait until they may go on.
-    void HoldCalls() {
+    // From now on outcomes wait until they may go on. Other calls do not: one may come before the operation whose
+    // outcome is to wait, and that operation waits for the call.
+    void HoldOutcomes() {
         std::lock_guard lock(m_mutex);
         m_held = true;
     }
-    bool WaitUntilACallWaits() {
+    bool WaitUntilAnOutcomeWaits() {
         return WaitFor([this] { return m_waiting > 0; });
     }
-    void LetCallsGo() {
+    void LetOutcomesGo() {
         std::lock_guard lock(m_mutex);
         m_held = false;
         m_changed.notify_all();
@@ -78,7 +79,7 @@ private:
         ++m_inProgress;
         ++m_waiting;
         m_changed.notify_all();
-        m_changed.wait(lock, [this] { return !m_held; });
+        m_changed.wait(lock, [&] { return !m_held || call != Call::Outcome; });
         --m_waiting;
         if (call == Call::Outcome) ++m_outcomes;
         if (hold) m_holds.push_back(hold);

@@ -205,7 +205,8 @@ TEST_F(LockedTelevision, ToldWhenOtherServicesAreLocked) {
     m_set->SetLock(10);
     NextMinute();
     EXPECT_TRUE(m_watch.WaitFor([&] { return m_serviceChanges > before; }));
-    ASSERT_TRUE(m_listener.WaitFor(WhilePresenting(m_one)));
+    // The lock may notice the programme before the listener is told of it.
+    ASSERT_TRUE(m_watch.WaitFor([&] { return m_listener.Count(WhilePresenting(m_one)) > 0; }));
     const int locked = m_serviceChanges;
     m_set->SetLock(11);
     EXPECT_EQ(m_set->EnterPin("0000"), std::nullopt);

@@ -32,14 +32,17 @@ TEST(TaskQueue, DoesTasksInTheirOrderOnOneThread) {
 TEST(TaskQueue, DoesWhatIsDueBeforeWhatIsNot) {
     TaskQueue queue;
     std::vector<int> done;
-    std::promise<void> last;
+    std::promise<void> allPosted, last;
+    queue.PostAt(TaskQueue::Clock::now() + 1h, [&] { done.push_back(4); });
+    queue.Post([&] { allPosted.get_future().wait(); });  // else one is done before a sooner one is posted
     const auto now = TaskQueue::Clock::now();
     queue.PostAt(now + 60ms, [&] {
         done.push_back(3);
         last.set_value();
     });
     queue.PostAt(now + 30ms, [&] { done.push_back(2); });
-    queue.Post([&] { done.push_back(1); });
+    queue.PostAt(now, [&] { done.push_back(1); });
+    allPosted.set_value();
     last.get_future().wait();
     EXPECT_EQ(done, (std::vector{1, 2, 3}));
 }

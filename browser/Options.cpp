@@ -123,8 +123,9 @@ const std::vector<OptionRow>& Rows() {
         {"--no-timetable", nullptr, "the demonstration's services come, go and become clear by the remote only, and\n"
                                     "not by themselves after the first minute (so it is with --test and --tour)",
          Switch(&Options::timetable, false)},
-        {"--demonstration-time", "TIME", "the demonstration's clock at the start, like 2030-01-01T20:00:00Z (so it is with\n"
-                                         "--test and --tour; default: the machine's)", SetDemonstrationTime},
+        {"--demonstration-time", "YYYY-MM-DDThh:mm:ssZ", "the demonstration's clock at the start, until 2038-04-21 (default: "
+                                                         "the machine's;\nwith --test and --tour 2030-01-01T20:00:00Z)",
+         SetDemonstrationTime},
     };
     return s_rows;
 }
@@ -139,7 +140,8 @@ const OptionRow* FindRow(const QString& name) {
 QString HelpRow(const QString& left, const QString& help) {
     constexpr int kColumn = 28;
     const QString indent(kColumn, QLatin1Char(' '));
-    return (QStringLiteral("  ") + left).leftJustified(kColumn) +
+    const QString option = QStringLiteral("  ") + left;
+    return (option.size() < kColumn ? option.leftJustified(kColumn) : option + QLatin1Char('\n') + indent) +
            QString(help).replace(QLatin1Char('\n'), QLatin1Char('\n') + indent) + QLatin1Char('\n');
 }
 

@@ -126,8 +126,8 @@ protected:
         const auto changes = m_listener.Count("ProgrammeChanged");
         const auto start = m_set->Directory().Programmes(m_one).at(0).startTime;
         m_wallClock += 60;
-        ASSERT_TRUE(m_watch.WaitFor([&] { return m_set->Directory().Programmes(m_one).at(0).startTime > start; }));
-        ASSERT_TRUE(m_watch.WaitFor([&] { return m_set->Directory().Programmes(m_boreal).at(0).startTime > start; }));
+        for (const unsigned int id : {m_one, m_boreal, m_key})
+            ASSERT_TRUE(m_watch.WaitFor([&] { return m_set->Directory().Programmes(id).at(0).startTime > start; }));
         ASSERT_TRUE(m_watch.WaitFor([&] { return m_listener.Count("ProgrammeChanged") > changes; }));
     }
     std::string Blocked(unsigned int id) const { return "Blocked " + std::to_string(id); }

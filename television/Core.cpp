@@ -15,7 +15,7 @@ namespace {
 
 using demonstration::Broadcast;
 
-// Empty is the machine's. Another goes by the stream, which no other work of the machine lets jump.
+// By the stream's clock, so that a busy machine leaves no second out; empty for the machine's.
 demonstration::DemonstrationSource::WallClock ClockOf(const Configuration& configuration) {
     if (!configuration.demonstrationTime) return {};
     return [beginning = *configuration.demonstrationTime](std::int64_t streamTime) {

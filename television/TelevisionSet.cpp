@@ -76,7 +76,6 @@ std::optional<std::string> TelevisionSet::Start(std::vector<Input> inputs, const
     if (progress) progress(std::to_string(m_directory.Services().size()) + " services found");
     for (std::size_t place = 0; place < inputs.size(); ++place)
         if (auto fault = FaultOf(place, inputs[place].name)) return fault;
-    for (const auto& multiplex : m_multiplexes) multiplex->TheReceiver()->KeepTime();
     m_queue.Post([this] { m_started = true; });
     if (const auto first = m_directory.First()) m_presentation.SelectSilently(first->id);
     return std::nullopt;

@@ -277,21 +277,21 @@ void Presentation::SignalReturned() {
 }
 
 // Tells that the present or following event changed, if it is still the same channel's. What changes while the channel is
-// tuned to is told once it is presented: the page's object may have it as presented already.
+// not presented, because it is tuned to, lost or suspended, is told once it is: the page may have asked for it before.
 void Presentation::WatchProgrammes() {
     std::unique_lock lock(m_mutex);
     const auto id = m_state.selected;
     const auto request = m_state.request;
-    const bool tuned = IsTuned(), tuning = m_state.phase == Phase::Tuning;
+    const bool tuned = IsTuned();
     lock.unlock();
 
     auto events = m_around.directory.Events(id);
     const bool changed = m_watchedId == id && events != m_watchedEvents;
-    if (changed && tuning) return;
+    if (changed && !tuned) return;
     if (m_watchedId != id) m_toldRating.reset();
     m_watchedId = id;
     m_watchedEvents = std::move(events);
-    if (!changed || !tuned) return;
+    if (!changed) return;
     Tell(request, [](IBroadcastPlayerListener& listener) { listener.ProgrammeChanged(); });
     TellRating(request);
 }

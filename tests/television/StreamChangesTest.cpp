@@ -175,6 +175,20 @@ TEST_F(HiddenChannelTest, AProgrammeThatBeginsWhileAChannelIsTunedToIsToldOnceIt
     EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Ratings() == Calls{"Rating 3"}; })) << "the new one's only";
 }
 
+TEST_F(HiddenChannelTest, AProgrammeThatBeginsWhileAChannelCannotBePresentedIsToldOnceItIs) {
+    const unsigned int two = IdOf(0x6e02);
+    const auto start = [&] { return m_set->Directory().Programmes(two).at(0).startTime; };
+    const std::string failure = "TuneFail " + std::to_string(two);
+    EXPECT_TRUE(m_set->ThePresentation().SelectByPage(two));
+    EXPECT_TRUE(m_listener.WaitFor(failure));
+    const auto before = start();
+    m_hand.wallClock += 60;
+    EXPECT_TRUE(m_watch.WaitFor([&] { return start() > before; }));
+    m_hand.hidden = false;
+    EXPECT_TRUE(m_listener.WaitFor("ProgrammeChanged"));
+    EXPECT_EQ(m_listener.Told(), (Calls{failure, "TuneSuccess 0", "ProgrammeChanged"}));
+}
+
 // The television is kept between the picture and what it tells of it, until the next programme has come.
 TEST_F(StreamChangesTest, AProgrammeThatBeginsAsTheChannelIsPresentedIsTold) {
     const unsigned int two = IdOf(0x6e02);

@@ -49,10 +49,10 @@ bool SetPin(Options& options, const QString& value) {
 
 // In UTC, and what the date of a transport stream can tell: its day is a number of 16 bits.
 bool SetDemonstrationTime(Options& options, const QString& value) {
-    QDateTime time = QDateTime::fromString(value, QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"));
-    time.setTimeSpec(Qt::UTC);
+    constexpr int kLength = 20;
+    const QDateTime time = QDateTime::fromString(value, Qt::ISODate);
     options.demonstrationTime = time.toSecsSinceEpoch();
-    return time.isValid() && time.date() >= QDate(1970, 1, 1) && time.date() <= QDate(2038, 4, 21);
+    return value.size() == kLength && time.timeSpec() == Qt::UTC && time.isValid() && time.date() >= QDate(1970, 1, 1) && time.date() <= QDate(2038, 4, 21);
 }
 
 bool SetSeconds(Options& options, const QString& value) {

@@ -70,10 +70,20 @@ TEST(Options, TheDemonstrationsTimeIsTheMachinesUnlessOneIsGivenOrTheSameIsToBeF
     EXPECT_EQ(Read({"--tour"}).demonstrationTime, 1'893'528'000);
     EXPECT_EQ(Read({"--test", "--demonstration-time", "1970-01-01T00:00:00Z"}).demonstrationTime, 0);
     EXPECT_EQ(Read({"--demonstration-time", "2038-04-21T23:59:59Z"}).demonstrationTime, 2'155'507'199);
-    for (const char* time : {"20:00:00", "2030-01-01T20:00:00", "2026-02-29T20:00:00Z", "1969-12-31T23:59:59Z",
+    for (const char* time : {"20:00:00", "2030-01-01T20:00:00", "2030-01-01T20:00:00+01", "2030-01-01T24:00:01Z", "2026-02-29T20:00:00Z", "1969-12-31T23:59:59Z",
                              "2038-04-22T00:00:00Z"}) {
         EXPECT_TRUE(ErrorOf({"--demonstration-time", time}).contains("--demonstration-time")) << time;
     }
+}
+
+// In this time zone there is no such moment of the clock: the hour is left out.
+TEST(Options, TheDemonstrationsTimeIsInUtcWhereverTheMachineIs) {
+    const QByteArray zone = qgetenv("TZ");
+    qputenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+    tzset();
+    EXPECT_EQ(Read({"--demonstration-time", "2026-03-29T02:30:00Z"}).demonstrationTime, 1'774'751'400);
+    zone.isNull() ? qunsetenv("TZ") : qputenv("TZ", zone);
+    tzset();
 }
 
 TEST(Options, ScriptsAddUp) {

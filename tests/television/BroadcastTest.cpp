@@ -38,7 +38,8 @@ TEST_F(BroadcastTest, AServiceThatAppearsIsListedAndCanBeSelected) {
     EXPECT_TRUE(m_player->SetChannel(popUp, false));
     // That its programmes are known comes later, and may come right behind it.
     const std::string success = "TuneSuccess " + std::to_string(popUp);
-    EXPECT_TRUE(m_watch.WaitFor([&] { return m_listener.Count(success) > 0; }));
+    ASSERT_TRUE(m_watch.WaitFor([&] { return m_listener.Count(success) > 0; }));
+    EXPECT_EQ(m_listener.Told().front(), success);
     EXPECT_TRUE(WaitForPicture(Shown::AtlasTwo)) << "whose pictures it repeats";
     EXPECT_EQ(FailureOf("service-appears 90"), "none");
     EXPECT_TRUE(WaitForList("1 Atlas One, 2 Atlas Two, 3 Boreal, 5 Atlas Pop-up, 71 Atlas Radio, 90 Atlas Data"));

@@ -78,7 +78,7 @@ TEST_F(ZapTest, HundredsOfChangesAreFastAndLeaveNothingBehind) {
     const long before = ResidentMemory(), threads = Threads();
     while (m_times.size() < zaps && !HasFatalFailure()) ZapRound();
     const long grown = ResidentMemory() - before;
-    EXPECT_TRUE(m_watch.WaitFor([&] { return Threads() <= threads; })) << Threads() << " instead of " << threads;
+    EXPECT_TRUE(m_watch.WaitFor([&] { return Threads() == threads; })) << Threads() << " instead of " << threads;
     std::sort(m_times.begin(), m_times.end());
     const double median = m_times[m_times.size() / 2];
     RecordProperty("median_ms", std::to_string(median));

@@ -28,9 +28,6 @@ bool IsOnAir(const Broadcast& broadcast, int number = kPopUp) {
     return std::ranges::find(services, number, &demonstration::ServiceInfo::number) != services.end();
 }
 
-// PAT, NIT and SDT.
-constexpr std::uint16_t kListingPids[] = {0x00, 0x10, 0x11};
-
 const demonstration::RepeatedTable& TableOn(std::uint16_t pid, const std::vector<demonstration::RepeatedTable>& tables) {
     return *std::ranges::find(tables, pid, &demonstration::RepeatedTable::pid);
 }
@@ -50,6 +47,7 @@ TEST(Timetable, WaitsWhenTheClockIsPutBack) { EXPECT_EQ(SceneAt(-3600), SceneAt(
 
 // Who makes tables of a listing while another changes it: one version always has the same services.
 TEST(Broadcast, ListsTheServicesOfOneVersion) {
+    constexpr std::uint16_t kListingPids[] = {0x00, 0x10, 0x11};
     const auto broadcast = std::make_shared<Broadcast>();
     std::atomic<bool> ended = false;
     std::thread changing([&] {
